@@ -1,0 +1,16 @@
+#include "QKTimecodeProtocols.h"
+
+namespace quill::inline v0 {
+
+const Protocol QKBasicTimecode::legacyProtocol{"OrbisBasicTimecode"};
+const Protocol QKBasicTimecode::protocol{"QKBasicTimecode", &QKBasicTimecode::legacyProtocol};
+const Protocol QKSMPTETimecode::protocol{"QKSMPTETimecode"};
+const Protocol QKOneDimensionalVideoTimecode::protocol{"QKOneDimensionalVideoTimecode"};
+const Protocol QKOneDimensionalTimeTimecode::protocol{"QKOneDimensionalTimeTimecode"};
+
+QKBasicTimecode::~QKBasicTimecode() = default;
+QKSMPTETimecode::~QKSMPTETimecode() = default;
+QKOneDimensionalVideoTimecode::~QKOneDimensionalVideoTimecode() = default;
+QKOneDimensionalTimeTimecode::~QKOneDimensionalTimeTimecode() = default;
+
+}  // namespace quill::inline v0

@@ -1,0 +1,105 @@
+// The protocols through which formatters and deputies reach a timecode value.
+//
+// They are flat: none derives from another or from Object. A class of a host's own joins in by deriving from Object and
+// from the protocols that it serves, and by answering them in asProtocol. Reads are not const where a value may bring
+// its time to another tick rate to answer them.
+#pragma once
+
+#include "../Platform/Object.h"
+
+#include <cstdint>
+
+namespace quill::inline v0 {
+
+// Every timecode value.
+class QUILL_EXPORT QKBasicTimecode {
+ public:
+  // A descriptor named "OrbisBasicTimecode" counts as this protocol.
+  static const Protocol protocol;
+  static const Protocol legacyProtocol;
+
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+  // Zero, in the same representation.
+  virtual void clearTimecode() = 0;
+  // -1, 0 or 1.
+  virtual int compare(const Object& other) const = 0;
+
+ protected:
+  QKBasicTimecode() = default;
+  QKBasicTimecode(const QKBasicTimecode&) = default;
+  QKBasicTimecode& operator=(const QKBasicTimecode&) = default;
+  virtual ~QKBasicTimecode();
+};
+
+// A value read as SMPTE hours, minutes, seconds, frames and a fraction of a frame: 80 subframes or 4 quarter frames.
+// Fields are magnitudes; out-pointers may be null; amounts to add or subtract are not negative.
+class QUILL_EXPORT QKSMPTETimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
+                             std::int64_t* frames, std::int64_t* subframes,
+                             std::int64_t* quarterFrames) = 0;
+  virtual void setSMPTEHours(std::int64_t hours) = 0;
+  virtual void setSMPTEMinutes(std::int64_t minutes) = 0;
+  virtual void setSMPTESeconds(std::int64_t seconds) = 0;
+  virtual void setSMPTEFrames(std::int64_t frames) = 0;
+  virtual void setSMPTESubframes(std::int64_t subframes) = 0;
+  virtual void setSMPTEQuarterFrames(std::int64_t quarterFrames) = 0;
+  virtual void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                             std::int64_t frames, std::int64_t subframes,
+                             std::int64_t quarterFrames) = 0;
+  virtual void subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                                  std::int64_t frames, std::int64_t subframes,
+                                  std::int64_t quarterFrames) = 0;
+  virtual bool isDropFrame() const = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKSMPTETimecode() = default;
+  QKSMPTETimecode(const QKSMPTETimecode&) = default;
+  QKSMPTETimecode& operator=(const QKSMPTETimecode&) = default;
+  virtual ~QKSMPTETimecode();
+};
+
+// A value read as a count of video frames, a magnitude.
+class QUILL_EXPORT QKOneDimensionalVideoTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual std::uint64_t videoFrames() = 0;
+  virtual void setVideoFrames(std::uint64_t frames) = 0;
+  virtual void addVideoFrames(std::uint64_t frames) = 0;
+  virtual void subtractVideoFrames(std::uint64_t frames) = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKOneDimensionalVideoTimecode() = default;
+  QKOneDimensionalVideoTimecode(const QKOneDimensionalVideoTimecode&) = default;
+  QKOneDimensionalVideoTimecode& operator=(const QKOneDimensionalVideoTimecode&) = default;
+  virtual ~QKOneDimensionalVideoTimecode();
+};
+
+// A value read as signed seconds.
+class QUILL_EXPORT QKOneDimensionalTimeTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual double seconds() const = 0;
+  virtual void setSeconds(double seconds) = 0;
+  virtual void addSeconds(double seconds) = 0;
+  virtual void subtractSeconds(double seconds) = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKOneDimensionalTimeTimecode() = default;
+  QKOneDimensionalTimeTimecode(const QKOneDimensionalTimeTimecode&) = default;
+  QKOneDimensionalTimeTimecode& operator=(const QKOneDimensionalTimeTimecode&) = default;
+  virtual ~QKOneDimensionalTimeTimecode();
+};
+
+}  // namespace quill::inline v0

@@ -1,0 +1,65 @@
+# The front door: every target installs what it needs, builds and runs. See "make help".
+
+SHELL := bash
+.SHELLFLAGS := -eu -o pipefail -c
+.DEFAULT_GOAL := help
+.PHONY: help demo test bench ci tidy format format-check clean
+
+PACKAGES := g++ cmake ninja-build libgtest-dev locales
+INSTALL := @./cmake/install-packages.sh
+BUILD := build/gcc-release
+# More for the configuration, such as -DQUILL_WARNINGS_AS_ERRORS=ON.
+CONFIGURE_FLAGS ?=
+# More for the benchmarks, such as --benchmark_filter=Rendering.
+BENCH_FLAGS ?=
+SOURCES = $(shell find Framework Platform Tests Examples Benchmarks -name '*.h' -o -name '*.cpp')
+
+help:
+	@echo "make demo          the timecode field: a terminal to type in, or a recorded session without one"
+	@echo "make test          builds the library, the tests and the examples, and runs all tests"
+	@echo "make bench         builds and runs the benchmarks"
+	@echo "make ci            every check: all presets, sanitizers, lint and format"
+	@echo "make tidy          clang-tidy over Framework/ and Platform/"
+	@echo "make format        clang-format over all sources; make format-check only looks"
+	@echo "make clean         removes build/"
+	@echo "Each first installs the Debian packages that it misses, as root or through sudo without a password."
+
+demo:
+	$(INSTALL) $(PACKAGES)
+	cmake --preset gcc-release $(CONFIGURE_FLAGS)
+	cmake --build --preset gcc-release --target TimecodeField
+	@if [ -t 0 ] && [ -t 1 ]; then $(BUILD)/Examples/TimecodeField; \
+	else $(BUILD)/Examples/TimecodeField < Examples/TimecodeField/demo.in; fi
+
+test:
+	$(INSTALL) $(PACKAGES)
+	cmake --preset gcc-release $(CONFIGURE_FLAGS)
+	cmake --build --preset gcc-release
+	ctest --preset gcc-release
+
+bench:
+	$(INSTALL) $(PACKAGES) libbenchmark-dev
+	cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
+	cmake --build --preset gcc-release --target QuillBenchmarks
+	$(BUILD)/Benchmarks/QuillBenchmarks $(BENCH_FLAGS)
+
+ci:
+	.ci/run
+
+# The last command leaves out the counts of what was found in the headers of others.
+tidy:
+	$(INSTALL) $(PACKAGES) clang clang-tidy
+	cmake --preset clang-release $(CONFIGURE_FLAGS)
+	@find Framework Platform -name '*.cpp' | sort | xargs -n 1 -P 2 clang-tidy --quiet -p build/clang-release 2>&1 \
+	  | sed -E '/^[0-9]+ warnings? generated\.$$/d'
+
+format:
+	$(INSTALL) clang-format
+	clang-format -i $(SOURCES)
+
+format-check:
+	$(INSTALL) clang-format
+	@for file in $(SOURCES); do clang-format "$$file" | diff -u "$$file" - || bad=1; done; [ -z "$${bad-}" ]
+
+clean:
+	rm -rf build

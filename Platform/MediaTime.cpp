@@ -1,0 +1,149 @@
+// A rescale is value x new / old, at most 63 + 31 bits before the division. Most fit 64 bits; the rest go through a
+// 128-bit product. Magnitudes are divided, so that rounding half away from zero is one rule for both signs.
+
+#include "MediaTime.h"
+
+#include "IntegerMath.h"
+#include "TextServices.h"
+#include "detail/WideMath.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace quill::inline v0 {
+
+namespace {
+
+using detail::divideWide;
+using detail::multiplyWide;
+using detail::UInt128;
+
+constexpr std::uint64_t kHighestMagnitude = std::uint64_t{1} << 63;  // of a negative tick count
+
+MediaTime infinity(bool negative) {
+  return negative ? MediaTime::negativeInfinity() : MediaTime::positiveInfinity();
+}
+
+// The tick count with its sign, or an infinity when the magnitude does not fit.
+MediaTime timeFromMagnitude(std::uint64_t magnitude, bool negative, std::int32_t timescale,
+                            std::uint32_t flags, std::int64_t epoch) {
+  if (magnitude > kHighestMagnitude - (negative ? 0 : 1)) return infinity(negative);
+  const std::uint64_t bits = negative ? 0 - magnitude : magnitude;
+  return {static_cast<std::int64_t>(bits), timescale, flags, epoch};
+}
+
+// The place of a time in the order of compare(): numbers are 1.
+int rankOf(const MediaTime& time) {
+  if (!(time.flags & kMediaTimeValid)) return 4;
+  if (time.flags & kMediaTimeIndefinite) return 3;
+  if (time.flags & kMediaTimePositiveInfinity) return 2;
+  return time.flags & kMediaTimeNegativeInfinity ? 0 : 1;
+}
+
+int orderOf(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
+
+}  // namespace
+
+MediaTime MediaTime::withSeconds(double seconds, std::int32_t timescale) {
+  if (timescale <= 0) return kMediaTimeInvalid;
+  if (std::isnan(seconds)) return indefinite();
+  const double ticks = seconds * timescale;
+  const double whole = roundHalfAway(ticks);
+  if (whole >= kTwoTo63 || whole < -kTwoTo63) return infinity(whole < 0);
+  MediaTime time{saturateToInt64(whole), timescale};
+  if (whole != ticks) time.flags |= kMediaTimeHasBeenRounded;
+  return time;
+}
+
+MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
+  if (!isNumeric()) return *this;
+  if (newTimescale <= 0 || timescale == 0) return kMediaTimeInvalid;
+  if (newTimescale == timescale) return *this;
+  const bool negative = (value < 0) != (timescale < 0);
+  const std::uint64_t magnitude = magnitudeOf(value);            // [0, 2^63]
+  const std::uint64_t divisor = magnitudeOf(timescale);          // [1, 2^31]
+  const auto factor = static_cast<std::uint64_t>(newTimescale);  // [1, 2^31)
+
+  std::uint64_t quotient = 0, remainder = 0;
+  if (magnitude <= kUInt64Highest / 0x7FFFFFFF) {  // the product fits 64 bits
+    const std::uint64_t product = magnitude * factor;
+    quotient = product / divisor;
+    remainder = product % divisor;
+  } else {
+    const UInt128 product = multiplyWide(magnitude, factor);
+    if (product.high >= divisor) return infinity(negative);
+    const auto wide = divideWide(product, divisor);
+    quotient = wide.quotient;
+    remainder = wide.remainder;
+  }
+  if (remainder >= divisor - remainder) {
+    if (quotient == kUInt64Highest) return infinity(negative);
+    ++quotient;
+  }
+  return timeFromMagnitude(quotient, negative, newTimescale,
+                           flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U), epoch);
+}
+
+double MediaTime::seconds() const {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  if (isNumeric() && timescale != 0) return static_cast<double>(value) / timescale;
+  switch (rankOf(*this)) {
+    case 0: return -kInfinity;
+    case 2: return kInfinity;
+    default: return std::numeric_limits<double>::quiet_NaN();
+  }
+}
+
+std::string MediaTime::description() const {
+  static constexpr const char* kNames[] = {"{-infinity}", nullptr, "{+infinity}", "{indefinite}",
+                                           "{invalid}"};
+  if (const char* name = kNames[rankOf(*this)]) return name;
+  std::string text = "{";
+  appendInteger(text, value);
+  text += '/';
+  appendInteger(text, timescale);
+  text += " = ";
+  appendFixed(text, seconds(), 3);
+  text += flags & kMediaTimeHasBeenRounded ? " s, rounded}" : " s}";
+  return text;
+}
+
+int compare(const MediaTime& a, const MediaTime& b) {
+  const int rankA = rankOf(a), rankB = rankOf(b);
+  if (rankA != 1 || rankB != 1) return orderOf(rankA < rankB, rankB < rankA);
+  // a.value / a.timescale against b.value / b.timescale, multiplied out; a negative timescale moves its sign up.
+  const bool negativeA = a.value != 0 && (a.value < 0) != (a.timescale < 0);
+  const bool negativeB = b.value != 0 && (b.value < 0) != (b.timescale < 0);
+  if (a.timescale == b.timescale && a.timescale > 0)
+    return orderOf(a.value < b.value, b.value < a.value);
+  if (negativeA != negativeB) return negativeA ? -1 : 1;
+  const UInt128 left = multiplyWide(magnitudeOf(a.value), magnitudeOf(b.timescale));
+  const UInt128 right = multiplyWide(magnitudeOf(b.value), magnitudeOf(a.timescale));
+  return negativeA ? orderOf(right < left, left < right) : orderOf(left < right, right < left);
+}
+
+MediaTime add(const MediaTime& a, const MediaTime& b) {
+  const int rankA = rankOf(a), rankB = rankOf(b);
+  if (rankA != 1 || rankB != 1) {
+    if (rankA == 4 || rankB == 4) return kMediaTimeInvalid;
+    if (rankA == 3 || rankB == 3 || rankA + rankB == 2) {
+      // One of them is a number unless they are opposite infinities: 1 + 1 cannot come here.
+      return MediaTime::indefinite();
+    }
+    return infinity(rankA == 0 || rankB == 0);
+  }
+  if (a.timescale != b.timescale) {
+    if (a.timescale <= 0 || b.timescale <= 0) return kMediaTimeInvalid;
+    const std::int64_t common = std::lcm(std::int64_t{a.timescale}, std::int64_t{b.timescale});
+    const std::int32_t timescale = common <= std::numeric_limits<std::int32_t>::max()
+                                       ? static_cast<std::int32_t>(common)
+                                       : std::max(a.timescale, b.timescale);
+    return add(a.convertedTo(timescale), b.convertedTo(timescale));
+  }
+  const std::int64_t sum = wrappingAdd(a.value, b.value);
+  const bool overflow = (a.value >= 0) == (b.value >= 0) && (sum >= 0) != (a.value >= 0);
+  if (overflow) return infinity(a.value < 0);
+  return {sum, a.timescale, a.flags | b.flags, a.epoch};
+}
+
+}  // namespace quill::inline v0

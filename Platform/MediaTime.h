@@ -1,0 +1,87 @@
+// MediaTime: an exact rational time, a count of ticks over a tick rate.
+//
+// - value / timescale is the time in seconds; nothing is stored as a double.
+// - A time is numeric when it is valid and neither infinite nor indefinite; only numeric times are computed with.
+// - Every change of timescale rounds half away from zero and marks an inexact result as rounded.
+// - The epoch is carried along and never compared.
+#pragma once
+
+#include "Export.h"
+
+#include <cstdint>
+#include <string>
+
+namespace quill::inline v0 {
+
+enum MediaTimeFlags : std::uint32_t {
+  kMediaTimeValid = 1,
+  kMediaTimeHasBeenRounded = 2,
+  kMediaTimePositiveInfinity = 4,
+  kMediaTimeNegativeInfinity = 8,
+  kMediaTimeIndefinite = 16,
+};
+
+struct QUILL_EXPORT MediaTime {
+  std::int64_t value = 0;      // ticks
+  std::int32_t timescale = 0;  // ticks per second
+  std::uint32_t flags = 0;     // MediaTimeFlags
+  std::int64_t epoch = 0;      // generation counter
+
+  // The invalid time: every field zero.
+  constexpr MediaTime() = default;
+  constexpr MediaTime(std::int64_t ticks, std::int32_t ticksPerSecond)
+      : value(ticks), timescale(ticksPerSecond), flags(kMediaTimeValid) {}
+  constexpr MediaTime(std::int64_t ticks, std::int32_t ticksPerSecond, std::uint32_t flagBits,
+                      std::int64_t generation)
+      : value(ticks), timescale(ticksPerSecond), flags(flagBits), epoch(generation) {}
+
+  static constexpr MediaTime withEpoch(std::int64_t ticks, std::int32_t ticksPerSecond,
+                                       std::int64_t generation) {
+    return {ticks, ticksPerSecond, kMediaTimeValid, generation};
+  }
+
+  // seconds x timescale to the nearest tick, halves away from zero. NaN gives the indefinite time, a result beyond
+  // 64 bits an infinity, a timescale of 0 or below the invalid time.
+  static MediaTime withSeconds(double seconds, std::int32_t timescale);
+
+  static constexpr MediaTime positiveInfinity() {
+    return {0, 0, kMediaTimeValid | kMediaTimePositiveInfinity, 0};
+  }
+  static constexpr MediaTime negativeInfinity() {
+    return {0, 0, kMediaTimeValid | kMediaTimeNegativeInfinity, 0};
+  }
+  static constexpr MediaTime indefinite() {
+    return {0, 0, kMediaTimeValid | kMediaTimeIndefinite, 0};
+  }
+
+  // Whether the time can be computed with. The rounded bit is ignored.
+  constexpr bool isNumeric() const { return (flags & 0x1D) == kMediaTimeValid; }
+
+  // The same time at another timescale, halves away from zero; an inexact result is marked as rounded. A result beyond
+  // 64 bits is an infinity. A non-numeric time comes back unchanged; a timescale of 0 or below, wanted or present,
+  // gives the invalid time, except that a negative one present is read as the ratio it says.
+  // MediaTime(1, 2).convertedTo(25) is 13/25, rounded.
+  MediaTime convertedTo(std::int32_t newTimescale) const;
+
+  // value / timescale in seconds; NaN for an invalid or indefinite time, an infinity for an infinite one.
+  double seconds() const;
+
+  // "{3003/30000 = 0.100 s}", "{13/25 = 0.520 s, rounded}", "{invalid}", "{+infinity}", "{-infinity}", "{indefinite}".
+  std::string description() const;
+
+  // Field by field, flags and epoch included; see compare() for the order of times.
+  friend constexpr bool operator==(const MediaTime&, const MediaTime&) = default;
+};
+
+inline constexpr MediaTime kMediaTimeZero{0, 1};
+inline constexpr MediaTime kMediaTimeInvalid{};
+
+// -1, 0 or 1: the exact order of the two rational values, whatever their timescales. Times that are not numeric stand
+// at the ends: -infinity, numbers, +infinity, indefinite, invalid.
+QUILL_EXPORT int compare(const MediaTime& a, const MediaTime& b);
+
+// The sum at the first timescale when both are equal, else at their least common multiple (exact) while that is below
+// 2^31, else at the larger one, rounded half away from zero. A sum beyond 64 bits is an infinity. The epoch is a's.
+QUILL_EXPORT MediaTime add(const MediaTime& a, const MediaTime& b);
+
+}  // namespace quill::inline v0

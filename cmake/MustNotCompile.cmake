@@ -1,0 +1,27 @@
+# Compiles SOURCE twice: as it is, which must succeed, and with QUILL_MUST_NOT_COMPILE defined, which must fail with a
+# message that matches what its line "// error: REGEX" says, so that it fails for the reason meant.
+file(STRINGS ${SOURCE} expected REGEX "^// error: ")
+list(LENGTH expected count)
+if(NOT count EQUAL 1)
+  message(FATAL_ERROR "${SOURCE} needs one line \"// error: REGEX\"")
+endif()
+string(REPLACE "// error: " "" expected "${expected}")
+
+if(COMPILER_ID STREQUAL MSVC)
+  set(command ${COMPILER} /nologo /EHsc /Zs ${FLAGS} /I${ROOT} /DQUILL_STATIC)
+  set(define /DQUILL_MUST_NOT_COMPILE)
+else()
+  set(command ${COMPILER} -fsyntax-only ${FLAGS} -I${ROOT} -DQUILL_STATIC)
+  set(define -DQUILL_MUST_NOT_COMPILE)
+endif()
+
+execute_process(COMMAND ${command} ${SOURCE} RESULT_VARIABLE result ERROR_VARIABLE output OUTPUT_VARIABLE output)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${SOURCE} must compile without QUILL_MUST_NOT_COMPILE:\n${output}")
+endif()
+execute_process(COMMAND ${command} ${define} ${SOURCE} RESULT_VARIABLE result ERROR_VARIABLE output OUTPUT_VARIABLE output)
+if(result EQUAL 0)
+  message(FATAL_ERROR "${SOURCE} must not compile with QUILL_MUST_NOT_COMPILE")
+elseif(NOT output MATCHES "${expected}")
+  message(FATAL_ERROR "${SOURCE} fails, but not with \"${expected}\":\n${output}")
+endif()
