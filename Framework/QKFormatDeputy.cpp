@@ -1,0 +1,286 @@
+// Finding the nearest value inside a bound means: step k = 1, 2, 3 ... until a step passes the bound or moves nothing
+// any more, and take the step before. Steps of one segment run steadily toward the bound until they cross zero, where
+// some notations mirror the value and stand still from then on. So the search doubles k and halves back over the steady
+// part, looks at the step behind a crossing by itself, and searches the other side in the same way.
+
+#include "QKFormatDeputy.h"
+
+#include "../Platform/IntegerMath.h"
+#include "../Platform/Reports.h"
+#include "QKVideoTimecode.h"
+#include "detail/ParseText.h"
+
+namespace quill::inline v0 {
+
+namespace {
+
+constexpr std::string_view kFile = "QKFormatDeputy";
+
+void logAbstract(std::string_view operation) {
+  logLine("Abstract method -[QKFormatDeputy " + std::string(operation) + "]");
+}
+
+// a against b, which stand in the same family of values.
+int compareValues(Object* a, const Object& b) {
+  const auto* timecode = protocolCast<QKBasicTimecode>(a);
+  return timecode ? timecode->compare(b) : 0;
+}
+
+// A time that a huge step has driven out of range.
+bool isLost(Object* object) {
+  const auto* timecode = classCast<QKVideoTimecode>(object);
+  return timecode && !timecode->isNumeric();
+}
+
+bool isNegativeValue(Object* object) {
+  const auto* timecode = protocolCast<QKBasicTimecode>(object);
+  return timecode && timecode->isNegative();
+}
+
+// The steps of one segment from a value toward a bound.
+class Steps {
+ public:
+  Steps(const QKFormatDeputy& deputy, Object* bound, std::int64_t direction, std::int64_t tag,
+        Object* start)
+      : deputy_(deputy), bound_(bound), direction_(direction), tag_(tag), start_(start) {}
+
+  Ref<Object> candidate(std::int64_t k) const {
+    if (k == 0) return start_->copy();
+    Ref<Object> result;
+    deputy_.getObjectValueIncrementingSegmentWithTag(&result, tag_, direction_ * k, start_);
+    return result;
+  }
+
+  // Beyond the bound, or out of range, or no value at all.
+  bool isBeyond(const Ref<Object>& value) const {
+    return !value || isLost(value.get()) || compareValues(bound_, *value) * direction_ < 0;
+  }
+
+  bool hasCrossedZero(const Ref<Object>& value) const {
+    return isNegativeValue(value.get()) != isNegativeValue(start_);
+  }
+
+  // Whether step k lands where the one before it did.
+  bool standsStill(std::int64_t k) const {
+    const Ref<Object> value = candidate(k), before = candidate(k - 1);
+    return value && before && compareValues(value.get(), *before) == 0;
+  }
+
+  // The first k above `from` at which the condition holds, given that it holds for all later ones too.
+  template <class Condition>
+  std::int64_t firstAfter(std::int64_t from, Condition holds) const {
+    constexpr std::int64_t kFurthest = std::int64_t{1} << 61;
+    std::int64_t below = from, stride = 1;
+    while (!holds(below + stride)) {
+      below += stride;
+      if (stride >= kFurthest) return below + 1;
+      stride *= 2;
+    }
+    std::int64_t above = below + stride;
+    while (above - below > 1) {
+      const std::int64_t middle = below + (above - below) / 2;
+      (holds(middle) ? above : below) = middle;
+    }
+    return above;
+  }
+
+  // The last step before one that passes the bound or moves nothing.
+  std::int64_t lastInside() const {
+    const std::int64_t turn = firstAfter(0, [this](std::int64_t k) {
+      const Ref<Object> value = candidate(k);
+      return isBeyond(value) || hasCrossedZero(value) || standsStill(k);
+    });
+    if (isBeyond(candidate(turn)) || standsStill(turn)) return turn - 1;
+    const std::int64_t next = turn + 1;  // behind zero
+    if (isBeyond(candidate(next)) || standsStill(next)) return turn;
+    return firstAfter(next,
+                      [this](std::int64_t k) { return isBeyond(candidate(k)) || standsStill(k); }) -
+           1;
+  }
+
+ private:
+  const QKFormatDeputy& deputy_;
+  Object* bound_;
+  std::int64_t direction_;
+  std::int64_t tag_;
+  Object* start_;
+};
+
+}  // namespace
+
+const ClassDescriptor QKFormatDeputy::descriptor{
+    "QKFormatDeputy", nullptr, 0, &Object::descriptor,
+    []() -> Ref<Object> { return std::make_shared<QKFormatDeputy>(); }};
+
+QKFormatDeputy::QKFormatDeputy() = default;
+QKFormatDeputy::~QKFormatDeputy() = default;
+
+void* QKFormatDeputy::asProtocol(const Protocol& protocol) {
+  return &protocol == &Copying::protocol ? this : nullptr;
+}
+
+Ref<Object> QKFormatDeputy::copy() const {
+  const auto make = classDescriptor().make;
+  return make ? make() : nullptr;
+}
+
+// ---- Whole strings ----
+
+std::string QKFormatDeputy::stringForObjectValue(Object*, const QKTimecodeFormatter&) const {
+  return {};
+}
+
+bool QKFormatDeputy::getObjectValue(Ref<Object>*, std::string_view, const QKTimecodeFormatter&,
+                                    std::string* error) const {
+  return detail::fail(
+      error,
+      "Abstract method -[QKFormatDeputy getObjectValue:forString:formatter:errorDescription:]");
+}
+
+bool QKFormatDeputy::isPartialStringValid(std::string_view partial, std::string* error) const {
+  std::string_view rest;
+  if (!trimSignFromString(partial, &rest, nullptr, error)) return false;
+  Scanner scanner(rest);
+  const CharacterSet legal = legalCharacterSet();
+  while (scanner.scanCharacters(legal, nullptr)) {
+  }
+  return scanner.isAtEnd() || detail::fail(error, "Illegal character.");
+}
+
+CharacterSet QKFormatDeputy::legalCharacterSet() const { return CharacterSet(",.;:0123456789"); }
+
+std::string QKFormatDeputy::defaultNilSymbol() const {
+  logAbstract("defaultNilSymbol");
+  return {};
+}
+
+const Protocol& QKFormatDeputy::requiredProtocol() const {
+  assertionFailed({"-[QKFormatDeputy requiredProtocol]", this, kFile, 359,
+                   "-[QKFormatDeputy requiredProtocol] must be implemented by subclass."});
+  return QKBasicTimecode::protocol;
+}
+
+// ---- Segments ----
+
+std::int64_t QKFormatDeputy::segmentCountInObjectValue(Object*) const {
+  logAbstract("segmentCountInObjectValue:");
+  return 0;
+}
+
+std::int64_t QKFormatDeputy::segmentTagForIndex(std::int64_t index, Object*) const {
+  logAbstract("segmentTagForIndex:inObjectValue:");
+  return index;
+}
+
+std::int64_t QKFormatDeputy::segmentIndexForTag(std::int64_t tag, Object*) const {
+  logAbstract("segmentIndexForTag:inObjectValue:");
+  return tag;
+}
+
+std::int64_t QKFormatDeputy::segmentFieldWidthForTag(std::int64_t, Object*) const {
+  logAbstract("segmentFieldWidthForTag:inObjectValue:");
+  return 0;
+}
+
+std::int64_t QKFormatDeputy::defaultSelectedSegmentTagInObjectValue(Object*) const {
+  logAbstract("defaultSelectedSegmentTagInObjectValue:");
+  return 0;
+}
+
+void QKFormatDeputy::segmentWithTagHasPadding(std::int64_t, bool*, bool*, Object*) const {
+  logAbstract("segmentWithTag:hasPaddingAtLeft:atRight:inObjectValue:");
+}
+
+Range QKFormatDeputy::substringRangeForSegmentWithTag(std::int64_t, Object*) const {
+  logAbstract("substringRangeForSegmentWithTag:inObjectValue:");
+  return {};
+}
+
+NumberFormatter* QKFormatDeputy::formatterForSegmentTag(std::int64_t, Object*) const {
+  logAbstract("formatterForSegmentTag:inObjectValue:");
+  return nullptr;
+}
+
+bool QKFormatDeputy::allowsSegmentEditing() const { return true; }
+
+// ---- Stepping and typing ----
+
+void QKFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>*, std::int64_t,
+                                                              std::int64_t, Object*) const {
+  logAbstract("getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:");
+}
+
+bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view,
+                                                     std::int64_t, Object*, std::string*) const {
+  logAbstract("getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:");
+  if (result) *result = std::make_shared<Number>(0);
+  return true;
+}
+
+void QKFormatDeputy::getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
+                                                         Object* object) const {
+  getObjectValueForSegmentWithTag(result, "0", tag, object, nullptr);
+}
+
+void QKFormatDeputy::getNearest(Ref<Object>* result, Object* bound, std::int64_t direction,
+                                std::int64_t tag, Object* object) const {
+  if (!result) return;
+  if (!bound) {
+    *result = object->copy();
+  } else if (compareValues(bound, *object) * direction < 0) {  // the value is beyond it already
+    const auto* boundTimecode = classCast<QKVideoTimecode>(bound);
+    const auto* timecode = classCast<QKVideoTimecode>(object);
+    if (boundTimecode && timecode) {
+      const Ref<QKVideoTimecode> copy = copyOf(*timecode);
+      copy->takeConvertedValueFromTimecode(*boundTimecode);
+      *result = copy;
+    } else {
+      *result = bound->copy();
+    }
+  } else {
+    const Steps steps(*this, bound, direction, tag, object);
+    *result = steps.candidate(steps.lastInside());
+  }
+}
+
+void QKFormatDeputy::getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum,
+                                                    std::int64_t tag, Object* object) const {
+  if (!minimum) lightAssertionFailed("minimum", kFile, 293);
+  getNearest(result, minimum, -1, tag, object);
+}
+
+void QKFormatDeputy::getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum,
+                                                    std::int64_t tag, Object* object) const {
+  if (!maximum) lightAssertionFailed("maximum", kFile, 319);
+  getNearest(result, maximum, 1, tag, object);
+}
+
+// ---- For subclasses ----
+
+std::int64_t QKFormatDeputy::massagedFieldValue(std::int64_t value, std::int64_t tag,
+                                                Object* object) const {
+  auto* timecode = protocolCast<QKBasicTimecode>(object);
+  const std::int64_t segmentIndex = segmentIndexForTag(tag, object);
+  if (value < 0) {
+    if (segmentIndex != 0) lightAssertionFailed("segmentIndex == 0", kFile, 348);
+    if (timecode) timecode->setIsNegative(true);
+    return saturatingFromUInt64(magnitudeOf(value));
+  }
+  if (segmentIndex == 0 && timecode) timecode->setIsNegative(false);
+  return value;
+}
+
+bool QKFormatDeputy::trimSignFromString(std::string_view string, std::string_view* trimmedString,
+                                        std::int64_t* foundPlusOrMinus, std::string* error) {
+  std::string_view rest = string;
+  detail::takeWhitespace(rest);
+  const char sign = rest.empty() ? '\0' : rest.front();
+  const bool isSigned = sign == '+' || sign == '-';
+  if (isSigned) rest.remove_prefix(1);
+  if (isSigned && rest.starts_with(sign)) return detail::fail(error, "Excess + or -'s");
+  if (foundPlusOrMinus) *foundPlusOrMinus = sign == '+' ? 1 : sign == '-' ? -1 : 0;
+  if (trimmedString) *trimmedString = isSigned ? rest : string;
+  return true;
+}
+
+}  // namespace quill::inline v0

@@ -1,0 +1,600 @@
+#include "QKTimecodeFormatter.h"
+
+#include "../Platform/Reports.h"
+#include "QKVideoTimecode.h"
+#include "detail/ParseText.h"
+
+#include <algorithm>
+
+namespace quill::inline v0 {
+
+namespace {
+
+constexpr std::string_view kFile = "QKTimecodeFormatter";
+constexpr std::int64_t kNoSegmentTag = 0x7fffffff;
+
+std::optional<bool> usesHighOrderTyping;  // fixed by its first use
+
+int compareValues(Object* a, const Ref<Object>& b) {
+  const auto* timecode = protocolCast<QKBasicTimecode>(a);
+  return timecode ? timecode->compare(*b) : 0;
+}
+
+bool isNegativeValue(Object* object) {
+  const auto* timecode = protocolCast<QKBasicTimecode>(object);
+  return timecode && timecode->isNegative();
+}
+
+Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }
+
+// Clears a negative bound. Whether it did.
+bool clearNegative(const Ref<Object>& bound) {
+  auto* timecode = protocolCast<QKBasicTimecode>(bound.get());
+  if (!timecode || !timecode->isNegative()) return false;
+  timecode->clearTimecode();
+  return true;
+}
+
+}  // namespace
+
+// What values are held to; null where there is none.
+struct QKTimecodeFormatter::Bounds {
+  Ref<Object> lowest;
+  Ref<Object> highest;
+};
+
+// ---- The deputies ----
+
+const ClassDescriptor _QKTimecodeFormatterDeputyCollection::descriptor{
+    "_QKTimecodeFormatterDeputyCollection", "_OrbisTimecodeFormatterDeputyCollection", 0,
+    &Object::descriptor,
+    []() -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(); }};
+
+_QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection() {
+  deputies_[QKTimecodeFormatSMPTE] = std::make_shared<QKSMPTETimecodeFormatDeputy>();
+}
+
+_QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(
+    const _QKTimecodeFormatterDeputyCollection& other)
+    : Object(other) {
+  *this = other;
+}
+
+_QKTimecodeFormatterDeputyCollection& _QKTimecodeFormatterDeputyCollection::operator=(
+    const _QKTimecodeFormatterDeputyCollection& other) {
+  if (this == &other) return *this;
+  std::transform(
+      other.deputies_.begin(), other.deputies_.end(), deputies_.begin(),
+      [](const Ref<QKFormatDeputy>& deputy) { return deputy ? copyOf(*deputy) : nullptr; });
+  return *this;
+}
+
+_QKTimecodeFormatterDeputyCollection::~_QKTimecodeFormatterDeputyCollection() = default;
+
+void* _QKTimecodeFormatterDeputyCollection::asProtocol(const Protocol& protocol) {
+  return &protocol == &Copying::protocol ? this : nullptr;
+}
+
+Ref<Object> _QKTimecodeFormatterDeputyCollection::copy() const {
+  return std::make_shared<_QKTimecodeFormatterDeputyCollection>(*this);
+}
+
+Ref<QKFormatDeputy> _QKTimecodeFormatterDeputyCollection::deputyForFormat(
+    QKTimecodeFormat format) const {
+  const auto index = static_cast<std::uint64_t>(format);
+  return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)] : nullptr;
+}
+
+QKFormatDeputy* _QKTimecodeFormatterDeputyCollection::borrowedDeputyForFormat(
+    QKTimecodeFormat format) const {
+  const auto index = static_cast<std::uint64_t>(format);
+  return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+void _QKTimecodeFormatterDeputyCollection::setDeputy(Ref<QKFormatDeputy> deputy,
+                                                     QKTimecodeFormat format) {
+  const auto index = static_cast<std::uint64_t>(format);
+  if (index < deputies_.size()) deputies_[static_cast<std::size_t>(index)] = std::move(deputy);
+}
+
+// ---- Making ----
+
+const ClassDescriptor QKTimecodeFormatter::descriptor{
+    "QKTimecodeFormatter", "OrbisTimecodeFormatter", 4, &Formatter::descriptor,
+    []() -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(); }};
+
+QKTimecodeFormatter::QKTimecodeFormatter()
+    : defaultObjectPrototype_(std::make_shared<QKVideoTimecode>()) {}
+
+QKTimecodeFormatter::QKTimecodeFormatter(const QKTimecodeFormatter& other) : Formatter(other) {
+  *this = other;
+}
+
+QKTimecodeFormatter& QKTimecodeFormatter::operator=(const QKTimecodeFormatter& other) {
+  if (this == &other) return *this;
+  interpretation_ = other.interpretation_;
+  allowsNegative_ = other.allowsNegative_;
+  currentTimecode_ = nullptr;
+  defaultObjectPrototype_ = copyOrNull(other.defaultObjectPrototype_);
+  format_ = other.format_;
+  formatDeputies_ = other.formatDeputies_;
+  maximumTimecode_ = copyOrNull(other.maximumTimecode_);
+  minimumTimecode_ = copyOrNull(other.minimumTimecode_);
+  nilSymbol_ = other.nilSymbol_;
+  return *this;
+}
+
+QKTimecodeFormatter::~QKTimecodeFormatter() {
+  NotificationCenter::defaultCenter().removeObserversOf(this);
+}
+
+void* QKTimecodeFormatter::asProtocol(const Protocol& protocol) {
+  return &protocol == &Copying::protocol ? this : nullptr;
+}
+
+Ref<Object> QKTimecodeFormatter::copy() const {
+  return std::make_shared<QKTimecodeFormatter>(*this);
+}
+
+// ---- Properties ----
+
+void QKTimecodeFormatter::setTimecodeFormat(QKTimecodeFormat format) {
+  if (format == format_) return;
+  format_ = format;
+  postFormatChanged(false);
+}
+
+Ref<QKFormatDeputy> QKTimecodeFormatter::deputyForFormat(QKTimecodeFormat format) const {
+  return formatDeputies_.deputyForFormat(format);
+}
+
+void QKTimecodeFormatter::setDeputy(Ref<QKFormatDeputy> deputy, QKTimecodeFormat format) {
+  formatDeputies_.setDeputy(std::move(deputy), format);
+}
+
+Ref<Object> QKTimecodeFormatter::currentTimecode() const { return copyOrNull(currentTimecode_); }
+
+void QKTimecodeFormatter::setAllowsNegative(bool flag) {
+  if (flag == allowsNegative_) return;
+  allowsNegative_ = flag;
+  postFormatChanged(!flag && clearNegativeBounds());
+}
+
+Ref<Object> QKTimecodeFormatter::minimum() const { return copyOrNull(minimumTimecode_); }
+
+void QKTimecodeFormatter::setMinimum(Object* minimum) {
+  setBound(&minimumTimecode_, maximumTimecode_, 1, minimum);
+}
+
+Ref<Object> QKTimecodeFormatter::maximum() const { return copyOrNull(maximumTimecode_); }
+
+void QKTimecodeFormatter::setMaximum(Object* maximum) {
+  setBound(&maximumTimecode_, minimumTimecode_, -1, maximum);
+}
+
+// `clampedSide` is the order of a bound that lies on the wrong side of the other one.
+void QKTimecodeFormatter::setBound(Ref<Object>* bound, const Ref<Object>& otherBound,
+                                   int clampedSide, Object* object) {
+  privateVerifyAsBound(object);
+  if (object && otherBound && compareValues(object, otherBound) == clampedSide)
+    object = otherBound.get();
+  if (object == bound->get()) return;
+  *bound = object ? object->copy() : nullptr;
+  if (!allowsNegative_) clearNegativeBounds();
+  postFormatChanged(true);
+}
+
+bool QKTimecodeFormatter::clearNegativeBounds() {
+  const bool clearedMinimum = clearNegative(minimumTimecode_);
+  return clearNegative(maximumTimecode_) || clearedMinimum;
+}
+
+void QKTimecodeFormatter::privateVerifyAsBound(Object* object) const {
+  if (!object ||
+      (conformsTo(object, Copying::protocol) && conformsTo(object, QKBasicTimecode::protocol)))
+    return;
+  assertionFailed(
+      {"-[QKTimecodeFormatter privateVerifyAsBound:]", this, kFile, __LINE__,
+       "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to "
+       "QKBasicTimecode, Copying and Coding protocols and also implement -compare:"});
+}
+
+std::optional<std::string> QKTimecodeFormatter::defaultNilSymbol() const {
+  const QKFormatDeputy* deputy = activeDeputy();
+  return deputy ? std::optional(deputy->defaultNilSymbol()) : std::nullopt;
+}
+
+Ref<Object> QKTimecodeFormatter::defaultObjectPrototype() const {
+  return copyOrNull(defaultObjectPrototype_);
+}
+
+void QKTimecodeFormatter::setDefaultObjectPrototype(Ref<Object> prototype) {
+  defaultObjectPrototype_ = prototype ? std::move(prototype) : std::make_shared<QKVideoTimecode>();
+}
+
+void QKTimecodeFormatter::_setOrbSMPTETimecodeFormatterUsesHighOrderTyping(bool flag) {
+  if (!usesHighOrderTyping) usesHighOrderTyping = flag;
+}
+
+bool QKTimecodeFormatter::_orbSMPTETimecodeFormatterUsesHighOrderTyping() {
+  if (!usesHighOrderTyping) usesHighOrderTyping = false;
+  return *usesHighOrderTyping;
+}
+
+void QKTimecodeFormatter::postFormatChanged(bool minOrMaxChanged) const {
+  static const UserInfo& info =
+      *new UserInfo{{std::string(QKTimecodeFormatterMinOrMaxChanged), Number::boolean(true)}};
+  NotificationCenter::defaultCenter().post(QKTimecodeFormatterFormatChangedNotification, this,
+                                           minOrMaxChanged ? &info : nullptr);
+}
+
+// ---- Whole strings ----
+
+QKFormatDeputy* QKTimecodeFormatter::activeDeputy() const {
+  return formatDeputies_.borrowedDeputyForFormat(format_);
+}
+
+std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* object) const {
+  if (!object) return nilSymbol_ ? nilSymbol_ : defaultNilSymbol();
+  if (!allowsNegative_ && isNegativeValue(object)) {
+    assertionFailed({"-[QKTimecodeFormatter stringForObjectValue:]", this, kFile, 748,
+                     "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter "
+                     "that doesn't accept "
+                     "negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, "
+                     "QKTimecodeFormatter "
+                     "defaults to only handling non-negative timecodes. However, there is a common "
+                     "convention to "
+                     "interpret negative timecodes as a sort of counting backwards. If you want "
+                     "this timecode formatter "
+                     "to handle negative timecodes, you'll have to call -[QKTimecodeFormatter "
+                     "setAllowsNegative:] and "
+                     "pass YES before you give it any negative timecodes (you may also set this "
+                     "attribute in Designer). "
+                     "Once you do that, you'll no longer get this assertion.\n\n"});
+  }
+  const QKFormatDeputy* deputy = activeDeputy();
+  if (!deputy) return std::nullopt;
+  return deputy->stringForObjectValue(object, *this);
+}
+
+bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string,
+                                         std::string* error) {
+  const QKFormatDeputy* deputy = activeDeputy();
+  if (nilSymbol_ || deputy) {
+    if (string == (nilSymbol_ ? *nilSymbol_ : deputy->defaultNilSymbol())) {
+      if (object) object->reset();
+      return true;
+    }
+    if (!currentTimecode_) currentTimecode_ = defaultObjectPrototype();
+  }
+  if (!deputy) return detail::fail(error, "No deputy for current format.");
+  if (!conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol) ||
+      !conformsTo(currentTimecode_.get(), deputy->requiredProtocol())) {
+    return detail::fail(error, detail::kObjectDoesNotConform);
+  }
+  Ref<Object> result;
+  if (!deputy->getObjectValue(&result, string, *this, error)) return false;
+  if (auto* timecode = protocolCast<QKBasicTimecode>(result.get())) {
+    if (!allowsNegative_ && timecode->isNegative()) timecode->clearTimecode();
+    const Bounds bounds = effectiveBounds(result.get());
+    if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0)
+      result = bounds.lowest->copy();
+    if (bounds.highest && compareValues(result.get(), bounds.highest) > 0)
+      result = bounds.highest->copy();
+  } else {
+    assertionFailed(
+        {"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
+         "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy "
+         "returned a non-timecode object"});
+  }
+  if (object) *object = std::move(result);
+  return true;
+}
+
+// The highest value that SMPTE fields show: 99:59:59 and the last frame with its last fraction shown. Null outside the
+// SMPTE format and for a value without SMPTE fields.
+Ref<Object> QKTimecodeFormatter::SMPTECeiling(Object* object) const {
+  if (format_ != QKTimecodeFormatSMPTE || !protocolCast<QKSMPTETimecode>(object)) return nullptr;
+  Ref<Object> ceiling = object->copy();
+  auto* timecode = protocolCast<QKBasicTimecode>(ceiling.get());
+  auto* fields = protocolCast<QKSMPTETimecode>(ceiling.get());
+  if (!timecode || !fields) return nullptr;
+  timecode->clearTimecode();
+  fields->setSMPTEHours(100);
+  fields->subtractSMPTEHours(0, 0, 0, 1, 0, 0);
+  if (SMPTEDisplaysQuarterFrames()) {
+    fields->addSMPTEHours(0, 0, 0, 0, 0, 3);
+  } else if (SMPTEDisplaysSubframes()) {
+    fields->addSMPTEHours(0, 0, 0, 0, 79, 0);
+  }
+  return ceiling;
+}
+
+QKTimecodeFormatter::Bounds QKTimecodeFormatter::effectiveBounds(Object* object) const {
+  Bounds bounds{minimumTimecode_, maximumTimecode_};
+  if (SMPTEHas24HourRollover()) return bounds;
+  const Ref<Object> ceiling = SMPTECeiling(object);
+  if (!ceiling) return bounds;
+  if (!bounds.highest || compareValues(ceiling.get(), bounds.highest) < 0) bounds.highest = ceiling;
+  if (allowsNegative_) {
+    Ref<Object> floor = ceiling->copy();
+    protocolCast<QKBasicTimecode>(floor.get())->setIsNegative(true);
+    if (!bounds.lowest || compareValues(floor.get(), bounds.lowest) > 0)
+      bounds.lowest = std::move(floor);
+  }
+  return bounds;
+}
+
+bool QKTimecodeFormatter::isPartialStringValid(std::string_view partial,
+                                               std::optional<std::string>* newString,
+                                               std::string* error) const {
+  if (!partial.empty() && CharacterSet::whitespace().contains(decodeCharacter(partial).character))
+    return false;
+  if (newString) newString->reset();
+  const QKFormatDeputy* deputy = activeDeputy();
+  return deputy && deputy->isPartialStringValid(partial, error);
+}
+
+std::optional<CharacterSet> QKTimecodeFormatter::legalCharacterSet() const {
+  const QKFormatDeputy* deputy = activeDeputy();
+  if (!deputy) return std::nullopt;
+  CharacterSet set = deputy->legalCharacterSet();
+  set.add("+-");
+  return set;
+}
+
+Range QKTimecodeFormatter::secondaryColorRange(std::string_view) const { return {kNotFound, 0}; }
+
+// ---- Segments ----
+
+QKFormatDeputy* QKTimecodeFormatter::deputyServing(Object* object) const {
+  QKFormatDeputy* deputy = activeDeputy();
+  return deputy && conformsTo(object, deputy->requiredProtocol()) ? deputy : nullptr;
+}
+
+QKFormatDeputy* QKTimecodeFormatter::deputyShowing(std::int64_t tag, Object* object) const {
+  QKFormatDeputy* deputy = deputyServing(object);
+  return deputy && deputy->segmentIndexForTag(tag, object) >= 0 ? deputy : nullptr;
+}
+
+// Of the nil symbol or the deputy's default.
+std::uint64_t QKTimecodeFormatter::nilSymbolLength() const {
+  return characterCount(nilSymbol_ ? *nilSymbol_ : defaultNilSymbol().value_or(std::string()));
+}
+
+std::int64_t QKTimecodeFormatter::segmentCountInObjectValue(Object* object) const {
+  if (!object) return 1;
+  const QKFormatDeputy* deputy = deputyServing(object);
+  return deputy ? deputy->segmentCountInObjectValue(object) : 0;
+}
+
+std::int64_t QKTimecodeFormatter::segmentTagForIndex(std::int64_t index, Object* object) const {
+  const QKFormatDeputy* deputy = deputyServing(object);
+  return deputy ? deputy->segmentTagForIndex(index, object) : 0;
+}
+
+std::int64_t QKTimecodeFormatter::segmentIndexForTag(std::int64_t tag, Object* object) const {
+  const QKFormatDeputy* deputy = deputyServing(object);
+  return deputy ? deputy->segmentIndexForTag(tag, object) : 0;
+}
+
+std::int64_t QKTimecodeFormatter::segmentFieldWidthForTag(std::int64_t tag, Object* object) const {
+  if (!object) return static_cast<std::int64_t>(std::max<std::uint64_t>(nilSymbolLength(), 1));
+  if (!conformsTo(object, QKBasicTimecode::protocol)) {
+    assertionFailed(
+        {"-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:]", this, kFile, 1095,
+         "-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:] - illegal value"});
+  }
+  const QKFormatDeputy* deputy = deputyShowing(tag, object);
+  return deputy ? deputy->segmentFieldWidthForTag(tag, object) : 0;
+}
+
+std::int64_t QKTimecodeFormatter::defaultSelectedSegmentTagInObjectValue(Object* object) const {
+  const QKFormatDeputy* deputy = activeDeputy();
+  return object && deputy ? deputy->defaultSelectedSegmentTagInObjectValue(object) : 0;
+}
+
+void QKTimecodeFormatter::segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
+                                                   Object* object) const {
+  if (const QKFormatDeputy* deputy = deputyShowing(tag, object)) {
+    deputy->segmentWithTagHasPadding(tag, atLeft, atRight, object);
+    return;
+  }
+  if (atLeft) *atLeft = false;
+  if (atRight) *atRight = false;
+}
+
+Range QKTimecodeFormatter::substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const {
+  if (!object) return {0, nilSymbolLength()};
+  const QKFormatDeputy* deputy = tag == kNoSegmentTag ? nullptr : deputyShowing(tag, object);
+  if (!deputy) return {};
+  if (!allowsNegative_ && isNegativeValue(object)) {
+    assertionFailed(
+        {"-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:]", this, kFile, 1141,
+         "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode "
+         "in formatter that doesn't allow negative"});
+  }
+  return deputy->substringRangeForSegmentWithTag(tag, object);
+}
+
+Formatter* QKTimecodeFormatter::formatterForSegmentTag(std::int64_t tag, Object* object) {
+  const QKFormatDeputy* deputy = deputyShowing(tag, object);
+  if (!deputy) return nullptr;
+  NumberFormatter* formatter = deputy->formatterForSegmentTag(tag, object);
+  if (!formatter) return this;
+  return deputy->segmentIndexForTag(tag, object) == 0 ? leadingFormatter(*formatter) : formatter;
+}
+
+NumberFormatter* QKTimecodeFormatter::leadingFormatter(const NumberFormatter& shared) {
+  auto own = std::find_if(leadingFormatters_.begin(), leadingFormatters_.end(),
+                          [&](const auto& entry) { return entry.first == &shared; });
+  if (own == leadingFormatters_.end()) {
+    own = leadingFormatters_.insert(own, {&shared, copyOf(shared)});
+  }
+  own->second->setMinimum(allowsNegative_ ? std::nullopt : std::optional<Number>(0));
+  return own->second.get();
+}
+
+bool QKTimecodeFormatter::allowsSegmentEditing() const {
+  const QKFormatDeputy* deputy = activeDeputy();
+  return deputy && deputy->allowsSegmentEditing();
+}
+
+// ---- Stepping and typing ----
+
+void QKTimecodeFormatter::imposeSegmentBounds(Ref<Object>* result, std::int64_t tag,
+                                              Object* object) const {
+  const QKFormatDeputy* deputy = activeDeputy();
+  const Bounds bounds = effectiveBounds(result->get());
+  if (bounds.lowest && compareValues(result->get(), bounds.lowest) < 0) {
+    deputy->getObjectValueNearestToMinimum(result, bounds.lowest.get(), tag, object);
+  }
+  if (bounds.highest && compareValues(result->get(), bounds.highest) > 0) {
+    deputy->getObjectValueNearestToMaximum(result, bounds.highest.get(), tag, object);
+  }
+}
+
+void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result,
+                                                                   std::int64_t tag,
+                                                                   std::int64_t increment,
+                                                                   Object* object) const {
+  const Ref<Object> prototype = object ? nullptr : defaultObjectPrototype();
+  if (!object) object = prototype.get();
+  if (!conformsTo(object, QKBasicTimecode::protocol)) {
+    assertionFailed(
+        {"-[QKTimecodeFormatter "
+         "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]",
+         this, kFile, 1156,
+         "-[QKTimecodeFormatter "
+         "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - illegal value."});
+  }
+  if (!result) return;
+  const QKFormatDeputy* deputy = deputyServing(object);
+  if (!deputy) {
+    *result = std::make_shared<Number>(0);
+    return;
+  }
+  Ref<Object> stepped;
+  deputy->getObjectValueIncrementingSegmentWithTag(&stepped, tag, increment, object);
+  imposeSegmentBounds(&stepped, tag, object);
+  if (!allowsNegative_ && isNegativeValue(stepped.get())) {
+    const Ref<Object> copy = object->copy();
+    stepped = nullptr;
+    deputy->getObjectValueZeroingSegmentWithTag(&stepped, tag, copy.get());
+    if (!stepped) stepped = object->copy();
+  }
+  *result = std::move(stepped);
+}
+
+bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result,
+                                                          std::string_view string, std::int64_t tag,
+                                                          Object* object, std::string* error) {
+  const Ref<Object> prototype = object ? nullptr : defaultObjectPrototype();
+  if (!object) object = prototype.get();
+  const QKFormatDeputy* deputy = deputyServing(object);
+  if (!deputy) return detail::fail(error, detail::kValueDoesNotConform);
+  const std::int64_t index = deputy->segmentIndexForTag(tag, object);
+  if (index < 0) return detail::failNotVisible(error, tag);
+  if (index == 0) {
+    const NumberFormatter* shared = deputy->formatterForSegmentTag(tag, object);
+    if (shared && !leadingFormatter(*shared)->getObjectValue(nullptr, string, error)) return false;
+  }
+  Ref<Object> typed;
+  if (!deputy->getObjectValueForSegmentWithTag(&typed, string, tag, object, error)) return false;
+  imposeSegmentBounds(&typed, tag, object);
+  if (result) *result = std::move(typed);
+  return true;
+}
+
+// ---- SMPTE settings ----
+
+namespace {
+
+template <class Deputy>
+Deputy* deputyOfClass(const _QKTimecodeFormatterDeputyCollection& deputies,
+                      QKTimecodeFormat format) {
+  return classCast<Deputy>(static_cast<Object*>(deputies.borrowedDeputyForFormat(format)));
+}
+
+}  // namespace
+
+void QKTimecodeFormatter::changeSMPTESetting(bool flag,
+                                             bool (QKSMPTETimecodeFormatDeputy::*get)() const,
+                                             void (QKSMPTETimecodeFormatDeputy::*set)(bool)) {
+  auto* deputy = deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  if (!deputy || (deputy->*get)() == flag) return;
+  (deputy->*set)(flag);
+  postFormatChanged(false);
+}
+
+bool QKTimecodeFormatter::SMPTEDisplaysHours() const {
+  const auto* deputy =
+      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  return deputy && deputy->displaysHours();
+}
+
+void QKTimecodeFormatter::setSMPTEDisplaysHours(bool flag) {
+  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysHours,
+                     &QKSMPTETimecodeFormatDeputy::setDisplaysHours);
+}
+
+bool QKTimecodeFormatter::SMPTEDisplaysFrames() const {
+  const auto* deputy =
+      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  return deputy && deputy->displaysFrames();
+}
+
+void QKTimecodeFormatter::setSMPTEDisplaysFrames(bool flag) {
+  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysFrames,
+                     &QKSMPTETimecodeFormatDeputy::setDisplaysFrames);
+}
+
+bool QKTimecodeFormatter::SMPTEDisplaysSubframes() const {
+  const auto* deputy =
+      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  return deputy && deputy->displaysSubframes();
+}
+
+void QKTimecodeFormatter::setSMPTEDisplaysSubframes(bool flag) {
+  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysSubframes,
+                     &QKSMPTETimecodeFormatDeputy::setDisplaysSubframes);
+}
+
+bool QKTimecodeFormatter::SMPTEDisplaysQuarterFrames() const {
+  const auto* deputy =
+      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  return deputy && deputy->displaysQuarterFrames();
+}
+
+void QKTimecodeFormatter::setSMPTEDisplaysQuarterFrames(bool flag) {
+  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysQuarterFrames,
+                     &QKSMPTETimecodeFormatDeputy::setDisplaysQuarterFrames);
+}
+
+bool QKTimecodeFormatter::SMPTEHas24HourRollover() const {
+  const auto* deputy =
+      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
+  return deputy && deputy->has24HourRollover();
+}
+
+void QKTimecodeFormatter::setSMPTEHas24HourRollover(bool flag) {
+  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::has24HourRollover,
+                     &QKSMPTETimecodeFormatDeputy::setHas24HourRollover);
+}
+
+bool QKTimecodeFormatter::SMPTEDisplaysFrameDivision() const {
+  return SMPTEDisplaysSubframes() || SMPTEDisplaysQuarterFrames();
+}
+
+void QKTimecodeFormatter::setSMPTEDisplaysFrameDivision(bool flag) {
+  if (flag == SMPTEDisplaysFrameDivision()) return;
+  setSMPTEDisplaysSubframes(flag);
+  setSMPTEDisplaysQuarterFrames(false);
+}
+
+std::array<std::string_view, 2>
+QKTimecodeFormatter::keyPathsForValuesAffectingSMPTEDisplaysFrameDivision() {
+  return {"SMPTEDisplaysSubframes", "SMPTEDisplaysQuarterFrames"};
+}
+
+}  // namespace quill::inline v0
