@@ -16,10 +16,6 @@ namespace {
 
 constexpr std::string_view kFile = "QKFormatDeputy";
 
-void logAbstract(std::string_view operation) {
-  logLine("Abstract method -[QKFormatDeputy " + std::string(operation) + "]");
-}
-
 // a against b, which stand in the same family of values.
 int compareValues(Object* a, const Object& b) {
   const auto* timecode = protocolCast<QKBasicTimecode>(a);
@@ -150,7 +146,7 @@ bool QKFormatDeputy::isPartialStringValid(std::string_view partial, std::string*
 CharacterSet QKFormatDeputy::legalCharacterSet() const { return CharacterSet(",.;:0123456789"); }
 
 std::string QKFormatDeputy::defaultNilSymbol() const {
-  logAbstract("defaultNilSymbol");
+  logLine("Abstract method -[QKFormatDeputy defaultNilSymbol]");
   return {};
 }
 
@@ -163,41 +159,42 @@ const Protocol& QKFormatDeputy::requiredProtocol() const {
 // ---- Segments ----
 
 std::int64_t QKFormatDeputy::segmentCountInObjectValue(Object*) const {
-  logAbstract("segmentCountInObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy segmentCountInObjectValue:]");
   return 0;
 }
 
 std::int64_t QKFormatDeputy::segmentTagForIndex(std::int64_t index, Object*) const {
-  logAbstract("segmentTagForIndex:inObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy segmentTagForIndex:inObjectValue:]");
   return index;
 }
 
 std::int64_t QKFormatDeputy::segmentIndexForTag(std::int64_t tag, Object*) const {
-  logAbstract("segmentIndexForTag:inObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy segmentIndexForTag:inObjectValue:]");
   return tag;
 }
 
 std::int64_t QKFormatDeputy::segmentFieldWidthForTag(std::int64_t, Object*) const {
-  logAbstract("segmentFieldWidthForTag:inObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy segmentFieldWidthForTag:inObjectValue:]");
   return 0;
 }
 
 std::int64_t QKFormatDeputy::defaultSelectedSegmentTagInObjectValue(Object*) const {
-  logAbstract("defaultSelectedSegmentTagInObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy defaultSelectedSegmentTagInObjectValue:]");
   return 0;
 }
 
 void QKFormatDeputy::segmentWithTagHasPadding(std::int64_t, bool*, bool*, Object*) const {
-  logAbstract("segmentWithTag:hasPaddingAtLeft:atRight:inObjectValue:");
+  logLine(
+      "Abstract method -[QKFormatDeputy segmentWithTag:hasPaddingAtLeft:atRight:inObjectValue:]");
 }
 
 Range QKFormatDeputy::substringRangeForSegmentWithTag(std::int64_t, Object*) const {
-  logAbstract("substringRangeForSegmentWithTag:inObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy substringRangeForSegmentWithTag:inObjectValue:]");
   return {};
 }
 
 NumberFormatter* QKFormatDeputy::formatterForSegmentTag(std::int64_t, Object*) const {
-  logAbstract("formatterForSegmentTag:inObjectValue:");
+  logLine("Abstract method -[QKFormatDeputy formatterForSegmentTag:inObjectValue:]");
   return nullptr;
 }
 
@@ -207,12 +204,16 @@ bool QKFormatDeputy::allowsSegmentEditing() const { return true; }
 
 void QKFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>*, std::int64_t,
                                                               std::int64_t, Object*) const {
-  logAbstract("getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:");
+  logLine(
+      "Abstract method -[QKFormatDeputy "
+      "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]");
 }
 
 bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view,
                                                      std::int64_t, Object*, std::string*) const {
-  logAbstract("getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:");
+  logLine(
+      "Abstract method -[QKFormatDeputy "
+      "getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:]");
   if (result) *result = std::make_shared<Number>(0);
   return true;
 }

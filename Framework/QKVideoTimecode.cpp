@@ -353,7 +353,7 @@ void QKVideoTimecode::setTimecodeMode(QKSMPTETimecodeMode mode) {
   const bool isKnown = mode >= 0 && mode <= QKSMPTETimecodeModeInvalid;
   if (!isKnown) minimumTickRateForMode(mode);  // fails before anything is stored
   mode_ = mode;
-  const std::int64_t best = _bestTimeScale();
+  const std::int64_t best = isKnown ? _bestTimeScale() : 0;
   if (mode == QKSMPTETimecodeModeCustom && best == 0) return;
   time_ = time_.convertedTo(saturateToInt32(static_cast<double>(best)));
 }
@@ -1062,7 +1062,7 @@ double QKVideoTimecode::privateVideoFramesFractionalPart() const {
 
 double QKVideoTimecode::seconds() const {
   if (flags_.useSeconds) return seconds_;
-  refusesNonNumeric("ERROR: Non-numeric internal time will return NaN or \u00B1inf for seconds");
+  refusesNonNumeric("ERROR: Non-numeric internal time will return NaN or ±inf for seconds");
   return time_.seconds();
 }
 
