@@ -1,7 +1,10 @@
 // Finding the nearest value inside a bound means: step k = 1, 2, 3 ... until a step passes the bound or moves nothing
-// any more, and take the step before. Steps of one segment run steadily toward the bound until they cross zero, where
-// some notations mirror the value and stand still from then on. So the search doubles k and halves back over the steady
-// part, looks at the step behind a crossing by itself, and searches the other side in the same way.
+// any more, and take the step before. Steps of one segment run evenly, so many ticks each, but at a few places: where they
+// cross zero, which some notations mirror and then stand still at, and where drop-frame skips labels, at which a step of
+// a frame stands still as well. So the search runs from one such place to the next, doubling k and halving back over the
+// even part. Steps that stay uneven (minutes of drop-frame labels) stand still nowhere but at zero and are searched up to
+// there in one go. A value that shows no ticks is walked first, as far as two minutes of frames, which always hold a place
+// where labels are skipped.
 
 #include "QKFormatDeputy.h"
 
@@ -52,24 +55,60 @@ class Steps {
     return !value || isLost(value.get()) || compareValues(bound_, *value) * direction_ < 0;
   }
 
-  bool hasCrossedZero(const Ref<Object>& value) const {
-    return isNegativeValue(value.get()) != isNegativeValue(start_);
+  // Whether the walk ends before step k: it passes the bound, or lands where the one before it did.
+  bool endsAt(std::int64_t k) const {
+    const Ref<Object> value = candidate(k), before = candidate(k - 1);
+    return isBeyond(value) || !before || compareValues(value.get(), *before) == 0;
   }
 
-  // Whether step k lands where the one before it did.
-  bool standsStill(std::int64_t k) const {
-    const Ref<Object> value = candidate(k), before = candidate(k - 1);
-    return value && before && compareValues(value.get(), *before) == 0;
+  // The last step of the walk.
+  std::int64_t lastInside() const {
+    constexpr std::int64_t kWalked = 1 << 14;
+    constexpr int kEvenParts = 8;
+    std::int64_t k = 1;
+    if (!ticks(candidate(k))) {
+      while (k < kWalked && !endsAt(k)) ++k;
+    }
+    for (int part = 0; k < kFurthest; ++part) {
+      if (endsAt(k)) return k - 1;
+      if (endsAt(k + 1)) return k;
+      k = endOfPart(k, part < kEvenParts);
+    }
+    return k;
+  }
+
+ private:
+  static constexpr std::int64_t kFurthest = std::int64_t{1} << 61;
+
+  // Nothing for a value that is not held in ticks.
+  static std::optional<std::int64_t> ticks(const Ref<Object>& value) {
+    const auto* timecode = classCast<QKVideoTimecode>(value.get());
+    if (!timecode || timecode->useSeconds()) return std::nullopt;
+    return timecode->timeValue().value;
+  }
+
+  // The first step behind k + 1 that ends the walk, has another sign than step k, or, where steps are even, does not lie
+  // as far on as the step from k to k + 1 says.
+  std::int64_t endOfPart(std::int64_t k, bool isEven) const {
+    const Ref<Object> first = candidate(k);
+    const bool isNegative = isNegativeValue(first.get());
+    const auto start = ticks(first), next = ticks(candidate(k + 1));
+    return firstAfter(k + 1, [&](std::int64_t n) {
+      const Ref<Object> value = candidate(n);
+      if (isBeyond(value) || isNegativeValue(value.get()) != isNegative) return true;
+      if (!isEven || !start || !next) return endsAt(n);
+      const std::int64_t stride = wrappingSubtract(*next, *start);
+      return ticks(value) != wrappingAdd(*start, saturatingMultiply(stride, n - k));
+    });
   }
 
   // The first k above `from` at which the condition holds, given that it holds for all later ones too.
   template <class Condition>
   std::int64_t firstAfter(std::int64_t from, Condition holds) const {
-    constexpr std::int64_t kFurthest = std::int64_t{1} << 61;
     std::int64_t below = from, stride = 1;
     while (!holds(below + stride)) {
       below += stride;
-      if (stride >= kFurthest) return below + 1;
+      if (below >= kFurthest) return below;
       stride *= 2;
     }
     std::int64_t above = below + stride;
@@ -80,21 +119,6 @@ class Steps {
     return above;
   }
 
-  // The last step before one that passes the bound or moves nothing.
-  std::int64_t lastInside() const {
-    const std::int64_t turn = firstAfter(0, [this](std::int64_t k) {
-      const Ref<Object> value = candidate(k);
-      return isBeyond(value) || hasCrossedZero(value) || standsStill(k);
-    });
-    if (isBeyond(candidate(turn)) || standsStill(turn)) return turn - 1;
-    const std::int64_t next = turn + 1;  // behind zero
-    if (isBeyond(candidate(next)) || standsStill(next)) return turn;
-    return firstAfter(next,
-                      [this](std::int64_t k) { return isBeyond(candidate(k)) || standsStill(k); }) -
-           1;
-  }
-
- private:
   const QKFormatDeputy& deputy_;
   Object* bound_;
   std::int64_t direction_;

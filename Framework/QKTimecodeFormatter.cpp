@@ -15,12 +15,24 @@ constexpr std::int64_t kNoSegmentTag = 0x7fffffff;
 
 std::optional<bool> usesHighOrderTyping;  // fixed by its first use
 
+// A result that has run out of range lies at an infinity: -1, 1, or 0 for any other object.
+int sideOfInfinity(Object* object) {
+  const auto* timecode = classCast<QKVideoTimecode>(object);
+  if (!timecode || timecode->isNumeric()) return 0;
+  const std::uint32_t flags = timecode->timeValue().flags;
+  return (flags & kMediaTimePositiveInfinity) != 0   ? 1
+         : (flags & kMediaTimeNegativeInfinity) != 0 ? -1
+                                                     : 0;
+}
+
 int compareValues(Object* a, const Ref<Object>& b) {
+  if (const int side = sideOfInfinity(a)) return side;
   const auto* timecode = protocolCast<QKBasicTimecode>(a);
   return timecode ? timecode->compare(*b) : 0;
 }
 
 bool isNegativeValue(Object* object) {
+  if (const int side = sideOfInfinity(object)) return side < 0;
   const auto* timecode = protocolCast<QKBasicTimecode>(object);
   return timecode && timecode->isNegative();
 }
@@ -275,7 +287,7 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
   Ref<Object> result;
   if (!deputy->getObjectValue(&result, string, *this, error)) return false;
   if (auto* timecode = protocolCast<QKBasicTimecode>(result.get())) {
-    if (!allowsNegative_ && timecode->isNegative()) timecode->clearTimecode();
+    if (!allowsNegative_ && isNegativeValue(result.get())) timecode->clearTimecode();
     const Bounds bounds = effectiveBounds(result.get());
     if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0)
       result = bounds.lowest->copy();

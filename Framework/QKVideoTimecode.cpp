@@ -66,7 +66,7 @@ constexpr FrameDurationRow kFrameDurations[] = {
 
 QKSMPTETimecodeMode modeForFrameDuration(const MediaTime& duration, std::int64_t dropFrame) {
   if (!duration.isNumeric() || compare(duration, kMediaTimeZero) == 0) {
-    if (fallbackMode == QKSMPTETimecodeModeInvalid) {
+    if (fallbackMode == QKSMPTETimecodeModeInvalid) {  // the setter never stores it
       lightAssertionFailed("timecodeMode != QKSMPTETimecodeModeInvalid", kFile, 418);
     }
     return fallbackMode;
@@ -88,9 +88,6 @@ WholeAndRest divideByFrameTime(std::uint64_t ticks, std::uint64_t frameTime) {
   if (frameTime == 80) return {ticks / 80, ticks % 80};
   return {ticks / frameTime, ticks % frameTime};
 }
-
-// Unsigned reading of a double: toward zero, a negative one as its two's complement.
-std::uint64_t unsignedTicks(double ticks) { return Number(ticks).uint64Value(); }
 
 int orderOf(double a, double b) { return a < b ? -1 : a > b ? 1 : 0; }
 
@@ -122,28 +119,19 @@ struct QKVideoTimecode::FrameScale {
 
  private:
   // Seconds of a label in a duration mode.
-  double elapsedSeconds(SMPTEFieldSet label, double fraction) const;
+  double elapsedSeconds(const SMPTEFieldSet& label, double fraction) const;
   Fields elapsedFields(double seconds) const;
 };
 
-double QKVideoTimecode::FrameScale::elapsedSeconds(SMPTEFieldSet label, double fraction) const {
+double QKVideoTimecode::FrameScale::elapsedSeconds(const SMPTEFieldSet& label,
+                                                   double fraction) const {
   double frames = static_cast<double>(label.frames) + fraction;
+  double seconds = static_cast<double>(label.seconds);
   if (frames >= counting.nominal) {
     frames -= counting.nominal;
-    label.frames = 0;
-    label.subframes = 0;
-    label.seconds = saturatingAdd(label.seconds, 1);
-    if (label.seconds == 60) {
-      label.seconds = 0;
-      label.minutes = saturatingAdd(label.minutes, 1);
-    }
-    if (label.minutes == 60) {
-      label.minutes = 0;
-      label.hours = saturatingAdd(label.hours, 1);
-    }
+    ++seconds;
   }
-  return privateSecondsFromHMS(label.hours, label.minutes, static_cast<double>(label.seconds)) +
-         frames / counting.nominal;
+  return privateSecondsFromHMS(label.hours, label.minutes, seconds) + frames / counting.nominal;
 }
 
 std::int64_t QKVideoTimecode::FrameScale::ticksOf(const SMPTEFieldSet& label,
@@ -350,12 +338,9 @@ void QKVideoTimecode::setTimeValue(const MediaTime& time) {
 }
 
 void QKVideoTimecode::setTimecodeMode(QKSMPTETimecodeMode mode) {
-  const bool isKnown = mode >= 0 && mode <= QKSMPTETimecodeModeInvalid;
-  if (!isKnown) minimumTickRateForMode(mode);  // fails before anything is stored
   mode_ = mode;
-  const std::int64_t best = isKnown ? _bestTimeScale() : 0;
-  if (mode == QKSMPTETimecodeModeCustom && best == 0) return;
-  time_ = time_.convertedTo(saturateToInt32(static_cast<double>(best)));
+  if (mode == QKSMPTETimecodeModeCustom && customVideoModeInfo_.preferredTimeScale == 0) return;
+  time_ = time_.convertedTo(saturateToInt32(_bestTimeScale()));
 }
 
 std::uint64_t QKVideoTimecode::timeRate() {
@@ -532,7 +517,7 @@ void QKVideoTimecode::_normalizeTimeScaleForFrameRateIfNecessary() {
   if (flags_.useSeconds) return;
   const std::int64_t best = _bestTimeScale();
   if (time_.timescale == best && best > 0 && time_.isNumeric()) return;
-  const MediaTime converted = time_.convertedTo(saturateToInt32(static_cast<double>(best)));
+  const MediaTime converted = time_.convertedTo(saturateToInt32(best));
   if (converted.isNumeric() && converted.timescale == best) {
     time_ = converted;
   } else {
@@ -653,7 +638,9 @@ void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* mi
           "QKVideoTimecode: Can't use SMPTE information in mode QKSMPTETimecodeModeInvalid");
   }
   _normalizeTimeScaleForFrameRateIfNecessary();
-  if (!isNumeric()) videoFrames();  // says what is wrong
+  if (!isNumeric()) {  // says what is wrong
+    isDuration() ? static_cast<void>(QKVideoTimecode::seconds()) : static_cast<void>(videoFrames());
+  }
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
   const FrameScale::Fields fields = !isNumeric() ? FrameScale::Fields{}
@@ -746,11 +733,18 @@ void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minu
 }
 
 bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
+  constexpr std::int64_t kHighestHours = 1000000;  // far from what 64 bits of ticks hold
   const auto isField = [](std::int64_t field, std::int64_t highest) {
     return field >= 0 && field <= highest;
   };
-  if (flags_.useSeconds || !time_.isNumeric() || fields.hours < 0 || !isField(fields.minutes, 59) ||
-      !isField(fields.seconds, 59) || !isField(fields.frames, counting().highestFrameLabel())) {
+  const auto holdsWholeFrames = [best = _bestTimeScale()](std::int64_t tickRate) {
+    return best == tickRate || best % tickRate == 0;
+  };
+  const auto* row = timecodeModeRow(mode_);
+  const bool isCounted = row && row->kind != TimecodeModeKind::Duration && !flags_.useSeconds &&
+                         time_.isNumeric() && holdsWholeFrames(row->tickRate);
+  if (!isCounted || !isField(fields.hours, kHighestHours) || !isField(fields.minutes, 59) ||
+      !isField(fields.seconds, 59) || !isField(fields.frames, row->countingRate - 1)) {
     return false;
   }
   privateSetSMPTEHours(fields.hours, fields.minutes, fields.seconds, fields.frames,
@@ -844,13 +838,15 @@ void QKVideoTimecode::privateSetSMPTEQuarterFrames(std::int64_t quarterFrames) {
 void QKVideoTimecode::privateSetFrameParts(std::int64_t parts, std::int64_t partsPerFrame) {
   std::int64_t hours = 0, minutes = 0, seconds = 0, frames = 0;
   privateGetSMPTEHours(&hours, &minutes, &seconds, &frames, nullptr);
-  frames = saturatingAdd(frames, parts / partsPerFrame);
-  if (frames > counting().highestFrameLabel()) {
-    privateSetSMPTEFrames(frames);
-    privateGetSMPTEHours(&hours, &minutes, &seconds, &frames, nullptr);
+  if (parts >= partsPerFrame) {
+    frames = saturatingAdd(frames, parts / partsPerFrame);
+    parts %= partsPerFrame;
+    if (frames > counting().highestFrameLabel()) {
+      privateSetSMPTEFrames(frames);
+      privateGetSMPTEHours(&hours, &minutes, &seconds, &frames, nullptr);
+    }
   }
-  const double fraction =
-      static_cast<double>(parts % partsPerFrame) / static_cast<double>(partsPerFrame);
+  const double fraction = static_cast<double>(parts) / static_cast<double>(partsPerFrame);
   privateSetSMPTEHours(hours, minutes, seconds, frames, fraction);
 }
 
@@ -996,7 +992,9 @@ void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minu
   const SMPTEFieldSet now = privateFields();
   if (now.frames == 2 &&
       (now.minutes % 10 == 0 || now.seconds != 0)) {  // 2 at every rate, on purpose
+    const bool endsNegative = isNegative();
     privateSetSMPTEFrames(maintainedFrames_);
+    setIsNegative(endsNegative);
   }
 }
 
@@ -1038,8 +1036,8 @@ void QKVideoTimecode::privateClampIntegerValue(std::int64_t* value, std::int64_t
 // ---- Frames and seconds ----
 
 double QKVideoTimecode::_doubleFrameTime() const {
-  if (flags_.useSeconds) return 1 / videoFrameRate();
-  return roundHalfAway(static_cast<double>(time_.timescale) * 1000 / videoFrameRate()) / 1000;
+  FrameScale storage;
+  return frameScale(storage).frameTime;
 }
 
 std::int64_t QKVideoTimecode::privateWholeVideoFrames() const {
@@ -1083,7 +1081,7 @@ void QKVideoTimecode::setSeconds(double seconds) {
 
 Number QKVideoTimecode::privateTimeForSeconds(double seconds) {
   if (flags_.useSeconds) return seconds;
-  return unsignedTicks(std::trunc(static_cast<double>(timeRate()) * seconds + 0.5));
+  return wrapToUInt64(std::trunc(static_cast<double>(timeRate()) * seconds + 0.5));
 }
 
 void QKVideoTimecode::addSeconds(double seconds) {
@@ -1248,8 +1246,8 @@ bool QKVideoTimecode::isEqual(const Object& other) const {
 }
 
 std::uint64_t QKVideoTimecode::hashQuietly() const {
-  if (flags_.useSeconds) return unsignedTicks(seconds_);
-  return time_.isNumeric() ? unsignedTicks(time_.seconds() * 10000 + 0.5) : 0;
+  if (flags_.useSeconds) return wrapToUInt64(seconds_);
+  return time_.isNumeric() ? wrapToUInt64(time_.seconds() * 10000 + 0.5) : 0;
 }
 
 std::uint64_t QKVideoTimecode::hash() const {

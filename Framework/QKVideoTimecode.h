@@ -5,7 +5,8 @@
 // - The value is negative when its time is: views are magnitudes, isNegative tells the sign.
 // - A read of fields or frames first brings the time to the best timescale of its mode, rounding half away from zero;
 //   such reads are not const, and two threads may not read one value at once.
-// - A non-numeric time is never computed with: reads give 0, changes leave it alone, and a log line says so.
+// - A non-numeric time is never computed with: reads give 0 (seconds NaN or an infinity), adding and setting fields leave
+//   it alone, and a log line says so. Setting the time, the seconds, the number value or zero makes it numeric again.
 // - Value operations take no heap.
 //
 // Rooms: Making; Time and mode; SMPTE fields; Frames and seconds; Comparing and text; For the deputies; For subclasses;
@@ -113,7 +114,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   QKSMPTETimecodeMode timecodeMode() const { return mode_; }
   // Converts the time to the new mode's best timescale, rounding half away from zero; a Custom mode without a rate keeps
-  // it as it is.
+  // it as it is. An unknown mode fails an assertion, and the time becomes invalid.
   void setTimecodeMode(QKSMPTETimecodeMode mode);
 
   // Whether the time is held as a double of seconds.
@@ -124,7 +125,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   std::uint64_t timeRate();
   // Converts the time, rounding half away from zero. QKTimecodeBestTimeRate is the best timescale. Leaving the seconds
   // mode cuts the seconds to whole ticks; entering it (rate 0) does not compute them: seconds() then answers what it
-  // last held. A non-numeric time logs "ERROR: Can't set time rate with non-numeric internal time. Timecode unchanged".
+  // last held. Only the low 32 bits of a rate count: a timescale of 0 or below is invalid. A Custom mode without a rate has
+  // the best timescale 0, which is the seconds mode. A non-numeric time logs "ERROR: Can't set time rate with non-numeric internal time. Timecode unchanged".
   virtual void setTimeRate(TimeRate timeRate);
 
   // Frames per second of the Custom mode. A rate that is not finite or below 1 logs a warning and counts as 30; the tick
@@ -140,7 +142,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // The ticks as a signed number, or the seconds as a double.
   Number timecodeNumberValue() const;
-  // Takes ticks as a magnitude: the value keeps its sign. A negative number, one from 2^64 up and 2^64-1 itself log
+  // Takes ticks as a magnitude: the value keeps its sign; the seconds mode takes seconds with theirs. A negative number, one from 2^64 up and 2^64-1 itself log
   // "ticks maxed out" and count as 2^64-1, which the sign bit then folds to the lowest tick count.
   void setTimecodeNumberValue(const Number& number);
 
@@ -176,7 +178,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // Each keeps the other fields. Minutes and seconds above 59 carry once (130 seconds store 70); frames above the last
   // label roll over as that many frames; subframes and quarter frames carry whole frames. A label that drop-frame skips
-  // becomes the first one that exists. A negative argument fails an assertion.
+  // becomes the first one that exists. A sum beyond 64 bits of ticks stops there. A negative argument fails an assertion;
+  // where the handler returns it is written as it is.
   void setSMPTEHours(std::int64_t hours) override;
   void setSMPTEMinutes(std::int64_t minutes) override;
   void setSMPTESeconds(std::int64_t seconds) override;
@@ -187,7 +190,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // Adds or subtracts field by field, through zero where it must. In the drop-frame modes the label moves by the fields
   // (a minute from 00:00:00;02 is 00:01:00;02), a change of up to 99 frames moves by as many frames as it says, and
   // whole hours, minutes and seconds taken back return to the label they started from at 29.97. A negative amount fails
-  // an assertion.
+  // an assertion; where the handler returns it is used as it is.
   void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
                      std::int64_t frames, std::int64_t subframes,
                      std::int64_t quarterFrames) override;
@@ -197,14 +200,15 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // ---- Frames and seconds ----
   //
-  // A non-numeric time logs a line, counts as 0 frames and stays unchanged. The Invalid mode fails an assertion where
-  // frames are asked for.
+  // A non-numeric time logs a line, counts as 0 frames and is not added to. The Invalid mode fails an assertion where
+  // frames are asked for. In the seconds mode setting frames loses the sign.
 
   // Signed seconds; NaN or an infinity, with a log line, for a time that is not numeric.
   double seconds() const override;
-  // To the nearest tick of the current timescale, halves away from zero.
+  // To the nearest tick of the current timescale, halves away from zero; a timescale of 0 or below becomes 1, with a log
+  // line. NaN gives the indefinite time, what 64 bits do not hold an infinity.
   void setSeconds(double seconds) override;
-  // To the nearest tick. A negative amount, or NaN, fails an assertion.
+  // To the nearest tick. A negative amount, or NaN, fails an assertion; where the handler returns its magnitude counts.
   void addSeconds(double seconds) override;
   void subtractSeconds(double seconds) override;
 
@@ -226,14 +230,14 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // Same mode, same kind of storage, same frame rate and compare() 0.
   bool isEqual(const Object& other) const override;
-  // Of the position to 1/10000 s.
+  // Of the position to 1/10000 s; in the seconds mode to 1 s.
   std::uint64_t hash() const override;
   std::string description() const override;
   std::string descriptionForReport() const override;
 
   // == is isEqual, <=> is compare; both answer without log lines. Two values may be equivalent by <=> and not equal by
   // == (modes differ); values in ticks and in seconds do not order transitively, so <=> is no key across them. Non-numeric
-  // times are unordered.
+  // times are unordered, and equal where everything else is.
   friend bool operator==(const QKVideoTimecode& a, const QKVideoTimecode& b) {
     return &a == &b || (a.isEqualApartFromTime(b) && a.compareQuietly(b) == 0);
   }
@@ -249,7 +253,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   void privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
                             std::int64_t* frames, double* fractionalFrames);
   // Writes all fields in one go, with the sign that the value has, where that gives the same as the five setters one
-  // after another, hours first: each in its usual range, outside the seconds mode. False, and nothing changed, elsewhere.
+  // after another, hours first: each in its usual range, up to a million hours, in a fixed counting or drop-frame mode
+  // outside the seconds mode. False, and nothing changed, elsewhere.
   bool setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames);
 
  protected:

@@ -103,11 +103,11 @@ std::int64_t wholeRateFrame(const SMPTECounting& counting, const SMPTEFieldSet& 
     return add(add(n, counting.dropped),
                std::max<std::int64_t>(add(label.frames, -counting.dropped), 0));
   }
-  // The skipped frames that the first minute has more and the first second has fewer cancel out.
+  // What the first minute has more and the first second has fewer cancels out.
   return add(add(n, multiply(label.seconds, counting.whole)), label.frames);
 }
 
-// A minute's place in its ten.
+// Whether the minute skips labels in a drop-frame mode.
 bool dropsLabels(std::int64_t minute) { return minute % 10 != 0; }
 
 }  // namespace

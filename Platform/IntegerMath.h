@@ -32,12 +32,23 @@ constexpr std::uint64_t saturateToUInt64(double x) {
   return static_cast<std::uint64_t>(x);
 }
 
+// Cut toward zero; a negative value as the two's complement of its saturated integer, 2^64-1 from 2^64 up.
+constexpr std::uint64_t wrapToUInt64(double x) {
+  return x < 0 ? static_cast<std::uint64_t>(saturateToInt64(x)) : saturateToUInt64(x);
+}
+
 // As saturateToInt64 for signed 32 bits.
 constexpr std::int32_t saturateToInt32(double x) {
   if (x != x) return 0;
   if (x >= 2147483647.0) return std::numeric_limits<std::int32_t>::max();
   if (x <= -2147483648.0) return std::numeric_limits<std::int32_t>::min();
   return static_cast<std::int32_t>(x);
+}
+
+constexpr std::int32_t saturateToInt32(std::int64_t x) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (x > Limits::max()) return Limits::max();
+  return x < Limits::min() ? Limits::min() : static_cast<std::int32_t>(x);
 }
 
 // Two's complement arithmetic modulo 2^64.

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace quill::inline v0 {
 
@@ -38,6 +39,31 @@ int rankOf(const MediaTime& time) {
   if (time.flags & kMediaTimeIndefinite) return 3;
   if (time.flags & kMediaTimePositiveInfinity) return 2;
   return time.flags & kMediaTimeNegativeInfinity ? 0 : 1;
+}
+
+// The sum at a common multiple of both timescales: below 2^95 before it is known to fit.
+MediaTime exactSum(const MediaTime& a, const MediaTime& b, std::int32_t timescale) {
+  const auto scaled = [&](const MediaTime& time) {
+    return multiplyWide(magnitudeOf(time.value),
+                        static_cast<std::uint64_t>(timescale / time.timescale));
+  };
+  UInt128 x = scaled(a), y = scaled(b);
+  bool negative = a.value < 0;
+  UInt128 sum;
+  if (negative == (b.value < 0)) {
+    sum.low = x.low + y.low;  // modulo 2^64, the carry below
+    sum.high = x.high + y.high + (sum.low < x.low ? 1 : 0);
+  } else {
+    if (x < y) {
+      std::swap(x, y);
+      negative = !negative;
+    }
+    sum.low = x.low - y.low;
+    sum.high = x.high - y.high - (x.low < y.low ? 1 : 0);
+  }
+  return sum.high != 0
+             ? infinity(negative)
+             : timeFromMagnitude(sum.low, negative, timescale, a.flags | b.flags, a.epoch);
 }
 
 int orderOf(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
@@ -135,10 +161,11 @@ MediaTime add(const MediaTime& a, const MediaTime& b) {
   if (a.timescale != b.timescale) {
     if (a.timescale <= 0 || b.timescale <= 0) return kMediaTimeInvalid;
     const std::int64_t common = std::lcm(std::int64_t{a.timescale}, std::int64_t{b.timescale});
-    const std::int32_t timescale = common <= std::numeric_limits<std::int32_t>::max()
-                                       ? static_cast<std::int32_t>(common)
-                                       : std::max(a.timescale, b.timescale);
-    return add(a.convertedTo(timescale), b.convertedTo(timescale));
+    if (common > std::numeric_limits<std::int32_t>::max()) {
+      const std::int32_t larger = std::max(a.timescale, b.timescale);
+      return add(a.convertedTo(larger), b.convertedTo(larger));
+    }
+    return exactSum(a, b, static_cast<std::int32_t>(common));
   }
   const std::int64_t sum = wrappingAdd(a.value, b.value);
   const bool overflow = (a.value >= 0) == (b.value >= 0) && (sum >= 0) != (a.value >= 0);

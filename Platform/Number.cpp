@@ -57,9 +57,7 @@ std::int64_t Number::int64Value() const {
 }
 
 std::uint64_t Number::uint64Value() const {
-  if (kind_ != Kind::Double) return bits_;
-  const double value = doubleValue();
-  return value < 0 ? static_cast<std::uint64_t>(saturateToInt64(value)) : saturateToUInt64(value);
+  return kind_ == Kind::Double ? wrapToUInt64(doubleValue()) : bits_;
 }
 
 double Number::doubleValue() const {

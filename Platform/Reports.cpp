@@ -49,12 +49,12 @@ LightAssertionSink setLightAssertionSink(LightAssertionSink sink) {
 }
 
 void logLine(std::string_view line) {
-  if (sinks().log) return sinks().log(line);
+  if (const LogSink sink = sinks().log) return sink(line);  // a copy: a sink may replace itself
   write(stderr, std::string(line) + '\n');
 }
 
 void assertionFailed(const AssertionFailure& failure) {
-  if (sinks().assertion) return sinks().assertion(failure);
+  if (const AssertionHandler handler = sinks().assertion) return handler(failure);
   throw InternalInconsistencyFailure(failure);
 }
 
@@ -66,7 +66,7 @@ void lightAssertionFailed(std::string_view condition, std::string_view file, int
   text += ", line: ";
   appendInteger(text, line);
   text += ", value: 0\n";
-  if (sinks().light) return sinks().light(text);
+  if (const LightAssertionSink sink = sinks().light) return sink(text);
   write(stdout, text);
 }
 
