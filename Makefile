@@ -15,7 +15,7 @@ BENCH_FLAGS ?=
 SOURCES = $(shell find Framework Platform Tests Examples Benchmarks -name '*.h' -o -name '*.cpp')
 
 help:
-	@echo "make demo          the timecode field: a terminal to type in, or a recorded session without one"
+	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
 	@echo "make test          builds the library, the tests and the examples, and runs all tests"
 	@echo "make bench         builds and runs the benchmarks"
 	@echo "make ci            every check: all presets, sanitizers, lint and format"
@@ -29,7 +29,8 @@ demo:
 	cmake --preset gcc-release $(CONFIGURE_FLAGS)
 	cmake --build --preset gcc-release --target TimecodeField
 	@if [ -t 0 ] && [ -t 1 ]; then $(BUILD)/Examples/TimecodeField; \
-	else $(BUILD)/Examples/TimecodeField < Examples/TimecodeField/demo.in; fi
+	else printf '1234\n+45\n-1:00\nabc\n' \
+	  | $(BUILD)/Examples/TimecodeField --mode 29.97df --interpretation discarding; fi
 
 test:
 	$(INSTALL) $(PACKAGES)

@@ -1,0 +1,268 @@
+#include "TerminalForm.h"
+
+#include "Platform/Reports.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace field {
+
+using namespace quill;
+
+namespace {
+
+// How long the rest of a key's sequence may take to come. After that an escape character was the Escape key.
+constexpr int kKeyMilliseconds = 50;
+
+constexpr struct {
+  std::string_view keys;
+  std::string_view meaning;
+} kKeys[] = {
+    {"Left Right Tab", "segment"},
+    {"Up Down", "step"},
+    {"PgUp PgDn", "ten steps"},
+    {"0-9", "type"},
+    {"+ - :", "whole entry"},
+    {"Enter", "take it, or start one"},
+    {"Esc", "give up"},
+    {"Del", "zero"},
+    {"m M", "mode"},
+    {"s", "subframes"},
+    {"f", "quarter frames"},
+    {"n", "negatives"},
+    {"r", "rollover"},
+    {"i", "interpretation"},
+    {"[ ]", "minimum, maximum here"},
+    {"?", "all keys"},
+    {"q", "quit"},
+};
+
+// The keys in two columns, or, where there is no room for that, one after the other.
+std::vector<std::string> keyLines(std::size_t columns, std::size_t rows) {
+  constexpr std::size_t kKeysWidth = 16, kWidth = 40;
+  constexpr std::size_t kHalf = (std::size(kKeys) + 1) / 2;
+  std::vector<std::string> lines;
+  if (columns >= 2 * kWidth - 2 && rows >= kHalf) {
+    lines.resize(kHalf);
+    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
+      std::string& line = lines[i % kHalf];
+      const std::size_t start = i / kHalf * kWidth;  // 0 or kWidth
+      line.resize(start, ' ');
+      line += kKeys[i].keys;
+      line.resize(start + kKeysWidth, ' ');
+      line += kKeys[i].meaning;
+    }
+    return lines;
+  }
+  for (const auto& [keys, meaning] : kKeys) {
+    const std::string item = std::string(keys) + " " + std::string(meaning);
+    if (lines.empty() || lines.back().size() + 2 + item.size() > columns) {
+      lines.push_back(item);
+    } else {
+      lines.back() += "  " + item;
+    }
+  }
+  return lines;
+}
+
+ScreenLine fieldLine(const FieldText& field) {
+  return {.text = "  " + field.text,
+          .marked = {field.selected.location + 2, field.selected.length},
+          .isBold = true};
+}
+
+// Below the field: which segment is selected, for eyes and terminals that do not see it in reverse.
+ScreenLine markerLine(const FieldModel& model, const FieldText& field) {
+  std::string text(static_cast<std::size_t>(field.selected.location) + 2, ' ');
+  text.append(static_cast<std::size_t>(field.selected.length), '^');
+  return {.text = text.append(" ").append(model.selectedName())};
+}
+
+// The entry and its cursor; of a long one, the part around it.
+ScreenLine entryLine(const FieldModel& model, std::size_t columns) {
+  constexpr std::string_view kPrompt = "  entry: ";
+  const std::size_t room = std::max<std::size_t>(columns, kPrompt.size() + 2) - kPrompt.size();
+  const std::size_t start = model.cursor() < room ? 0 : model.cursor() - room + 1;
+  return {.text = std::string(kPrompt) + model.typed().substr(start) + ' ',
+          .marked = {kPrompt.size() + model.cursor() - start, 1}};
+}
+
+ScreenLine messageLine(const FieldModel& model, const FormState& state) {
+  const Message& message = model.message();
+  if (message.text.empty()) return {.text = "  " + state.status};
+  return {.text = (message.isError ? "  error: " : "  ") + message.text, .isBold = message.isError};
+}
+
+std::string settingsText(const Settings& settings) {
+  std::string text(timecodeModeShortName(settings.mode));
+  text += settings.interpretation == OrbSMPTEStringInterpretationDiscardingUpper ? "  discarding"
+                                                                                 : "  preserving";
+  text += settings.rollover ? "  24 h rollover" : "  no rollover";
+  if (settings.negatives) text += "  negatives";
+  return text;
+}
+
+void editEntry(FieldModel& model, const Key& key) {
+  switch (key.code) {
+    case Key::Character: model.type(key.character); break;
+    case Key::Left: model.moveCursorBy(-1); break;
+    case Key::Right: model.moveCursorBy(1); break;
+    case Key::Home: model.moveCursorBy(INT64_MIN); break;
+    case Key::End: model.moveCursorBy(INT64_MAX); break;
+    case Key::Backspace: model.eraseBefore(); break;
+    case Key::Delete: model.eraseAfter(); break;
+    case Key::EraseLine: model.eraseAll(); break;
+    case Key::Enter: model.confirm(); break;
+    case Key::Escape: model.giveUp(); break;
+    default: break;
+  }
+}
+
+// False when the key quits.
+bool handleCommand(FieldModel& model, FormState& state, char key) {
+  switch (key) {
+    case 'm': model.cycleMode(1); break;
+    case 'M': model.cycleMode(-1); break;
+    case 's': model.toggleSubframes(); break;
+    case 'f': model.toggleQuarterFrames(); break;
+    case 'n': model.toggleNegatives(); break;
+    case 'r': model.toggleRollover(); break;
+    case 'i': model.toggleInterpretation(); break;
+    case '[': model.toggleMinimum(); break;
+    case ']': model.toggleMaximum(); break;
+    case '?': state.keysComeFirst = true; break;
+    case 'q': return false;
+    default: state.status = std::string("no such key: ") + key; break;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state,
+                                    TerminalSize size) {
+  const auto columns = static_cast<std::size_t>(std::max(size.columns, 1));
+  const auto rows = static_cast<std::size_t>(std::max(size.rows, 1));
+  const FieldText field = model.shown();
+  const bool isEntry = model.typing() == FieldModel::Typing::Entry;
+
+  // The lines with the highest ranks are left out first.
+  struct RankedLine {
+    int rank;
+    ScreenLine line;
+  };
+  constexpr int kSpace = 9, kKeysLast = 7;
+  const int keysRank = state.keysComeFirst ? 0 : kKeysLast;
+  std::vector<RankedLine> ranked = {
+      {kSpace, {}},
+      {0, fieldLine(field)},
+      {2, isEntry ? entryLine(model, columns) : markerLine(model, field)},
+      {1, messageLine(model, state)},
+      {kSpace, {}},
+      {4, {.text = "  frame " + model.frames() + "  " + model.seconds() + " s"}},
+      {5, {.text = "  " + settingsText(model.settings())}},
+      {6, {.text = "  " + model.range()}},
+      {kSpace, {}},
+  };
+  const std::size_t indent = columns < 60 ? 0 : 2;
+  for (const auto& text : keyLines(columns - indent, rows - std::min(rows, ranked.size()))) {
+    ranked.push_back({keysRank, {.text = std::string(indent, ' ') + text}});
+  }
+  while (ranked.size() > rows) {
+    auto last = ranked.begin();
+    for (auto line = ranked.begin(); line != ranked.end(); ++line) {
+      if (line->rank >= last->rank) last = line;
+    }
+    ranked.erase(last);
+  }
+
+  std::vector<ScreenLine> lines;
+  for (auto& [rank, line] : ranked) {
+    line.text = substring(line.text, {0, columns});
+    lines.push_back(std::move(line));
+  }
+  lines.resize(rows);
+  return lines;
+}
+
+std::string drawing(const std::vector<ScreenLine>& lines) {
+  std::string bytes;
+  std::uint64_t row = 1;
+  for (const auto& [text, marked, isBold] : lines) {
+    const std::string_view before = substring(text, {0, marked.location});
+    const std::string_view inside = substring(text, marked);
+    const std::string_view after = std::string_view(text).substr(before.size() + inside.size());
+    // Cleared first: after a character in the last column a terminal would clear that one.
+    bytes += "\x1b[";
+    appendInteger(bytes, row++);
+    bytes += ";1H\x1b[0m\x1b[2K";
+    if (isBold) bytes += "\x1b[1m";
+    bytes += before;
+    if (!inside.empty()) bytes.append("\x1b[7m").append(inside).append("\x1b[27m");
+    bytes += after;
+  }
+  return bytes;
+}
+
+bool handleKey(FieldModel& model, FormState& state, const Key& key) {
+  const bool keysCameFirst = std::exchange(state.keysComeFirst, false);
+  state.status.clear();
+  if (key == Key{Key::Character, '?'} && keysCameFirst) return true;
+  if (key.code == Key::Quit) return false;
+  if (model.typing() == FieldModel::Typing::Entry) {
+    editEntry(model, key);
+    return true;
+  }
+  switch (key.code) {
+    case Key::Left: model.selectBy(-1); break;
+    case Key::Right: model.selectBy(1); break;
+    case Key::Tab: model.selectInRoundBy(1); break;
+    case Key::BackTab: model.selectInRoundBy(-1); break;
+    case Key::Home: model.selectFirst(); break;
+    case Key::End: model.selectLast(); break;
+    case Key::Up: model.step(1); break;
+    case Key::Down: model.step(-1); break;
+    case Key::PageUp: model.step(10); break;
+    case Key::PageDown: model.step(-10); break;
+    case Key::Delete: model.zeroSegment(); break;
+    case Key::Backspace: model.eraseBefore(); break;
+    case Key::EraseLine: model.eraseAll(); break;
+    case Key::Escape: model.giveUp(); break;
+    case Key::Enter:
+      if (model.typing() == FieldModel::Typing::Nothing)
+        model.openEntry();
+      else
+        model.confirm();
+      break;
+    case Key::Character:
+      return model.type(key.character) || handleCommand(model, state, key.character);
+    case Key::Quit:
+    case Key::Other: break;
+  }
+  return true;
+}
+
+void runTerminalForm(FieldModel& model) {
+  FormState state;
+  const auto note = [&state](std::string_view line) { state.status = "log: " + firstLine(line); };
+  struct Sinks {
+    explicit Sinks(const LogSink& sink)
+        : log(setLogSink(sink)), light(setLightAssertionSink(sink)) {}
+    ~Sinks() { setLogSink(log), setLightAssertionSink(light); }
+    LogSink log;
+    LightAssertionSink light;
+  } const sinks(note);
+
+  Terminal terminal;
+  std::string bytes;
+  while (true) {
+    terminal.show(drawing(screenLines(model, state, terminal.size())));
+    const auto event = terminal.wait(&bytes, bytes.empty() ? -1 : kKeyMilliseconds);
+    if (event == Terminal::Event::Closed) return;
+    while (const auto key = takeKey(&bytes, event == Terminal::Event::Timeout)) {
+      if (!handleKey(model, state, *key)) return;
+    }
+  }
+}
+
+}  // namespace field

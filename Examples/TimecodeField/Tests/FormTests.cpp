@@ -1,0 +1,380 @@
+// What keys do to the field and what the screen then shows, without a terminal: bytes as one sends them go in, the lines
+// of a window come out.
+
+#include "../Options.h"
+#include "../TerminalForm.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace field {
+namespace {
+
+const std::string kUp = "\x1b[A", kDown = "\x1b[B", kRight = "\x1b[C", kLeft = "\x1b[D",
+                  kHome = "\x1b[H", kEnd = "\x1b[F", kDelete = "\x1b[3~", kPageUp = "\x1b[5~",
+                  kPageDown = "\x1bOb", kBackTab = "\x1b[Z", kEscape = "\x1b", kEraseLine = "\x15";
+
+// A field as the command line would make it.
+struct Field {
+  // The arguments stand in one text, parted by spaces.
+  explicit Field(std::string_view text) {
+    std::vector<std::string_view> arguments;
+    while (!text.empty()) {
+      arguments.push_back(text.substr(0, text.find(' ')));
+      text.remove_prefix(std::min(text.size(), arguments.back().size() + 1));
+    }
+    Options options;
+    std::string error;
+    EXPECT_TRUE(parseOptions(arguments, &options, &error)) << error;
+    model = std::make_unique<FieldModel>(options.settings);
+    EXPECT_TRUE(prepareField(options, model.get(), &error)) << error;
+  }
+
+  // False when a key quit.
+  bool send(std::string bytes) {
+    while (const auto key = takeKey(&bytes, true)) {
+      if (!handleKey(*model, state, *key)) return false;
+    }
+    return true;
+  }
+
+  // "00:00:12;34 | ^^ frames | error: ...": the field, the line below it and the message, if there is one.
+  std::string text() const {
+    std::string all;
+    for (const auto& line : screenLines(*model, state, {78, 3})) {
+      const std::size_t start = line.text.find_first_not_of(' ');
+      if (start != std::string::npos) all += (all.empty() ? "" : " | ") + line.text.substr(start);
+    }
+    return all;
+  }
+
+  std::unique_ptr<FieldModel> model;
+  FormState state;
+};
+
+TEST(TimecodeFieldKeys, AreTakenApart) {
+  const auto character = [](char c) { return Key{Key::Character, c}; };
+  const struct {
+    const char* label;
+    std::string bytes;
+    bool isAll;
+    std::vector<Key> keys;
+    std::string rest;
+  } rows[] = {
+      {"characters", "1:q", false, {character('1'), character(':'), character('q')}, ""},
+      {"controls",
+       "\r\n\t\b\x7f\x03\x04\x15",
+       false,
+       {{Key::Enter},
+        {Key::Enter},
+        {Key::Tab},
+        {Key::Backspace},
+        {Key::Backspace},
+        {Key::Quit},
+        {Key::Quit},
+        {Key::EraseLine}},
+       ""},
+      {"both kinds of arrows",
+       "\x1b[A\x1bOB\x1b[C\x1bOD",
+       false,
+       {{Key::Up}, {Key::Down}, {Key::Right}, {Key::Left}},
+       ""},
+      {"ten",
+       "\x1b[5~\x1b[6~\x1b[1;2A\x1b[1;2B",
+       false,
+       {{Key::PageUp}, {Key::PageDown}, {Key::PageUp}, {Key::PageDown}},
+       ""},
+      {"an escape may begin more", "\x1b", false, {}, "\x1b"},
+      {"an escape alone", "\x1b", true, {{Key::Escape}}, ""},
+      {"an escape and a key",
+       "\x1b"
+       "5",
+       false,
+       {{Key::Escape}, character('5')},
+       ""},
+      {"two escapes", "\x1b\x1b", true, {{Key::Escape}, {Key::Escape}}, ""},
+      {"a sequence cut", "1\x1b[1;", false, {character('1')}, "\x1b[1;"},
+      {"a sequence that never ends", "\x1b[1;", true, {{Key::Other}}, ""},
+      {"a sequence broken off", "\x1b[1\x1b[A", false, {{Key::Other}, {Key::Up}}, ""},
+      {"an unknown sequence", "\x1b[200~1", false, {{Key::Other}, character('1')}, ""},
+      {"beyond ASCII",
+       "\xc3\xa9\xe2\x80\x94"
+       "1",
+       false,
+       {{Key::Other}, {Key::Other}, character('1')},
+       ""},
+      {"beyond ASCII, cut", "\xe2\x80", false, {}, "\xe2\x80"},
+      {"no UTF-8", "\xff\x80", true, {{Key::Other}, {Key::Other}}, ""},
+      {"a NUL",
+       std::string("\0"
+                   "1",
+                   2),
+       false,
+       {{Key::Other}, character('1')},
+       ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.label);
+    std::string bytes = row.bytes;
+    std::vector<Key> keys;
+    while (const auto key = takeKey(&bytes, row.isAll)) keys.push_back(*key);
+    EXPECT_EQ(keys, row.keys);
+    EXPECT_EQ(bytes, row.rest);
+  }
+}
+
+TEST(TimecodeFieldForm, DoesWhatKeysSay) {
+  const struct {
+    const char* label;
+    std::string arguments;
+    std::string bytes;
+    std::string expected;  // the field, the line below it and the message
+  } rows[] = {
+      {"at first", "", "", "00:00:00;00 | ^^ frames"},
+      // Selecting
+      {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight,
+       "00:00:00;00 | ^^ minutes"},
+      {"tab goes round", "", "\t\t", "00:00:00;00 | ^^ minutes"},
+      {"back", "", "\t" + kBackTab, "00:00:00;00 | ^^ frames"},
+      {"first and last", "--subframes", kHome + "01" + kEnd + "02",
+       "01:00:00;00.02 | ^^ subframes"},
+      {"a segment goes", "--subframes", kEnd + "s", "00:00:00;00 | ^^ frames"},
+      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd,
+       "00:00:00;000/0 | ^ quarter frames"},
+      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd + kLeft + kLeft,
+       "00:00:00;000/0 | ^^ seconds"},
+      // Stepping
+      {"steps", "--value=59:29", kUp + kLeft + kUp + kPageUp + kDown, "00:01:10;02 | ^^ seconds"},
+      {"ten", "", kPageUp + kPageUp + kPageDown, "00:00:00;10 | ^^ frames"},
+      {"stops at bounds", "--min=5 --max=20", kPageUp + kPageUp + kPageUp,
+       "00:00:00;20 | ^^ frames"},
+      {"not below zero", "", kLeft + kDown, "00:00:00;00 | ^^ seconds"},
+      {"below zero", "--negatives --value=10", kHome + kRight + kDown, "-00:01:00;10 | ^^ minutes"},
+      {"to zero", "--value=1:02:03:04", kHome + kDelete, "00:02:03;04 | ^^ hours"},
+      // Typing into a segment
+      {"a digit waits", "", kLeft + "5", "00:00:5_;00 | ^^ seconds"},
+      {"a full segment is set", "", kLeft + "59", "00:00:59;00 | ^^ seconds"},
+      {"so is one that is left", "", kLeft + "5" + kRight, "00:00:05;00 | ^^ frames"},
+      {"entered", "", kLeft + "5\r", "00:00:05;00 | ^^ seconds"},
+      {"stepped", "", kLeft + "5" + kUp, "00:00:06;00 | ^^ seconds"},
+      {"given up", "", kLeft + "5" + kEscape, "00:00:00;00 | ^^ seconds"},
+      {"given up when set", "--value=7", "12" + kEscape, "00:00:00;07 | ^^ frames"},
+      {"erased", "--value=7", "12\b", "00:00:00;1_ | ^^ frames"},
+      {"erased whole", "--value=7", "1\b", "00:00:00;07 | ^^ frames"},
+      {"a sign", "--negatives --value=1:0:0:0", kHome + "-5" + kRight, "-05:00:00;00 | ^^ minutes"},
+      {"a sign alone stays", "--negatives", kHome + "-" + kRight,
+       "-_:00:00;00 | ^^ hours | error: Not a number."},
+      {"a command takes what was typed", "", kLeft + "5m", "00:00:05:00 | ^^ seconds"},
+      {"bounds hold", "--max=20", "25", "00:00:00;20 | ^^ frames"},
+      // Whole entries
+      {"digits beyond the segment", "--value=7", "123", "00:00:00;07 | entry: 123 "},
+      {"taken", "", "1234\r", "00:00:13;04 | ^^ frames"},
+      {"a separator", "", kHome + "1:2:3:4\r", "01:02:03;04 | ^^ hours"},
+      {"an amount", "--value=59:29", "+1\r", "00:01:00;02 | ^^ frames"},
+      {"down", "--value=1:00", "-15\r", "00:00:00;15 | ^^ frames"},
+      {"opened", "--value=1:00", "\r-15\r", "00:00:00;15 | ^^ frames"},
+      {"nothing in it", "--value=1:00", "\r \r", "00:00:01;00 | ^^ frames"},
+      {"given up", "--value=1:00", "+15" + kEscape, "00:00:01;00 | ^^ frames"},
+      {"letters are text in it", "", "\rq", "00:00:00;00 | entry: q  | error: Illegal character."},
+      {"fails and stays", "", "\rabc\r", "00:00:00;00 | entry: abc  | error: Illegal characters."},
+      {"stray characters behind a number", "", "\r12x\r",
+       "00:00:00;00 | entry: 12x  | error: Illegal character."},
+      {"two signs", "", "++", "00:00:00;00 | entry: ++  | error: Excess + or -'s"},
+      {"edited", "", "+13" + kLeft + "2" + kHome + kDelete + kEnd + "\b4\r",
+       "00:00:01;24 | ^^ frames"},
+      {"erased whole", "", "+13" + kEraseLine + "25\r", "00:00:00;25 | ^^ frames"},
+      {"out of range", "--value=7", "+99999999999999999999\r",
+       "00:00:00;07 | entry: +99999999999999999999  | error: Out of range."},
+      {"preserving", "--value=1:2:3:4", "5:6\r", "01:02:05;06 | ^^ frames"},
+      {"discarding", "--value=1:2:3:4", "i5:6\r", "00:00:05;06 | ^^ frames"},
+      // Settings
+      {"the label stays", "--value=1:2:3:4 --mode=25", "mmm", "01:02:03;04 | ^^ frames"},
+      {"one of subframes and quarter frames", "", "sf", "00:00:00;00/0 | ^^ frames"},
+      {"negatives stay", "--negatives --value=-1", "n",
+       "-00:00:00;01 | ^^ frames | error: The value is negative: negatives stay on."},
+      {"no key", "", "x", "00:00:00;00 | ^^ frames | no such key: x"},
+      {"beyond ASCII", "", "\xc3\xa9", "00:00:00;00 | ^^ frames"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.label);
+    Field field(row.arguments);
+    EXPECT_TRUE(field.send(row.bytes));
+    EXPECT_EQ(field.text(), row.expected);
+  }
+}
+
+TEST(TimecodeFieldForm, MarksTheSelectedSegment) {
+  const struct {
+    std::string arguments;
+    std::string segments;
+  } rows[] = {
+      {"--value=1:02:03:04", "[01] [02] [03] [04] "},
+      {"--subframes --value=1:02:03:04.05", "[01] [02] [03] [04] [05] "},
+      {"--mode=120 --quarter-frames --value=1:02:03:104/3", "[01] [02] [03] [104] [3] "},
+      {"--negatives --value=-1:02:03:04", "[-01] [02] [03] [04] "},
+      {"--negatives --mode=120 --subframes --value=-1:02:03:104.05", "[-01] [02] [03] [104] [05] "},
+  };
+  for (const auto& row : rows) {
+    Field field(row.arguments);
+    field.send(kHome);
+    std::string segments;
+    for (int i = 0; i < std::ranges::count(row.segments, '['); ++i) {
+      const FieldText shown = field.model->shown();
+      segments += '[' + std::string(quill::substring(shown.text, shown.selected)) + "] ";
+      field.send(kRight);
+    }
+    EXPECT_EQ(segments, row.segments);
+  }
+}
+
+TEST(TimecodeFieldForm, EndsWithAKey) {
+  for (const std::string bytes : {"q", "\x03", "\x04", "5q", "\r\x04"}) {
+    EXPECT_FALSE(Field("").send(bytes)) << bytes;
+  }
+}
+
+TEST(TimecodeFieldForm, FitsAnyWindow) {
+  Field field("--value=1:00:12:04");
+  for (const bool keysComeFirst : {false, true}) {
+    for (const int columns : {1, 2, 3, 12, 40, 59, 60, 79, 80, 200}) {
+      for (const int rows : {1, 2, 3, 8, 10, 16, 24, 60}) {
+        SCOPED_TRACE(testing::Message() << columns << " x " << rows);
+        field.state.keysComeFirst = keysComeFirst;
+        const auto lines = screenLines(*field.model, field.state, {columns, rows});
+        EXPECT_EQ(lines.size(), static_cast<std::size_t>(rows));
+        bool showsField = false;
+        for (const auto& line : lines) {
+          EXPECT_LE(line.text.size(), static_cast<std::size_t>(columns)) << line.text;
+          showsField |= line.text == std::string("  01:00:12;04").substr(0, line.text.size()) &&
+                        !line.text.empty();
+        }
+        EXPECT_TRUE(showsField);
+      }
+    }
+  }
+}
+
+TEST(TimecodeFieldForm, ShowsWhatMattersInASmallWindow) {
+  Field field("--value=1:00:12:04 --max=2:0:0:0 --interpretation=discarding");
+  const auto text = [&] {
+    std::string all;
+    for (const auto& line : screenLines(*field.model, field.state, {40, 10}))
+      all += line.text + '\n';
+    return all;
+  };
+  for (const auto* part :
+       {"01:00:12;04\n", "\n           ^^ frames\n", "frame 108256  3612.1418667 s\n",
+        "29.97df  discarding", "from 00:00:00;00 to 02:00:00;00\n", "Up Down step"}) {
+    EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
+  }
+  field.send("?");
+  for (const auto* part : {"01:00:12;04\n", "interpretation", "[ ] minimum", "q quit"}) {
+    EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
+  }
+}
+
+TEST(TimecodeFieldForm, ShowsTheCursorOfALongEntry) {
+  Field field("");
+  field.send("+" + std::string(300, '7') + "8");
+  for (const auto* keys : {"", "\x1b[D", "\x1b[H"}) {
+    field.send(keys);
+    const auto lines = screenLines(*field.model, field.state, {40, 3});
+    const auto& [text, marked, isBold] = lines[1];
+    EXPECT_LE(text.size(), 40u);
+    EXPECT_EQ(marked.length, 1u);
+    ASSERT_LT(marked.location, text.size());
+    EXPECT_EQ(text[static_cast<std::size_t>(marked.location)], *keys == '\0'    ? ' '
+                                                               : keys[2] == 'D' ? '8'
+                                                                                : '+')
+        << text;
+  }
+}
+
+TEST(TimecodeFieldModel, GoesThroughAllModes) {
+  Field field("--value=1:02:03:04 --min=1:00:00:02 --max=2:00:00:02");
+  std::string names;
+  for (std::size_t i = 0; i < std::size(quill::kTimecodeModeTable); ++i) {
+    EXPECT_TRUE(field.model->cycleMode(i < 5 ? -1 : 20));
+    const auto& row = *quill::timecodeModeRow(field.model->settings().mode);
+    names += std::string(row.shortName) + ' ';
+    const std::string frames = row.kind == quill::TimecodeModeKind::Drop ? ";" : ":";
+    const std::string zero = row.countingRate > 100 ? "0" : "";
+    EXPECT_EQ(field.model->label(), "01:02:03" + frames + zero + "04");
+    EXPECT_EQ(field.model->range(),
+              "from 01:00:00" + frames + zero + "02 to 02:00:00" + frames + zero + "02");
+  }
+  EXPECT_EQ(names,
+            "29.97 29.97 duration 25 24 23.976 24 25 29.97 duration 29.97 29.97df 30 50 "
+            "59.94 duration 59.94 59.94df 60 90 100 119.88 duration ");
+}
+
+TEST(TimecodeFieldModel, SaysItsRange) {
+  const struct {
+    std::string arguments;
+    std::string range;
+  } rows[] = {
+      {"", "from 00:00:00;00 up"},
+      {"--negatives", "no limits"},
+      {"--negatives --max=1:00", "up to 00:00:01;00"},
+      {"--max=30:00:00:00", "from 00:00:00;00 to 30:00:00;00"},
+      {"--rollover=off", "from 00:00:00;00 to 99:59:59;29"},
+      {"--rollover=off --negatives --mode=25 --subframes",
+       "from -99:59:59:24.79 to 99:59:59:24.79"},
+      {"--rollover=off --negatives --min=-5 --value=1:00", "from -00:00:00;05 to 99:59:59;29"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(Field(row.arguments).model->range(), row.range);
+}
+
+TEST(TimecodeFieldModel, KeepsWhatFails) {
+  Field field("--value=1:02:03:04 --min=1:00:00:00");
+  for (const auto* entry : {"abc", "12x", "+99999999999999999999", "1/2",
+                            "\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}) {
+    EXPECT_FALSE(field.model->takeEntry(entry));
+    EXPECT_TRUE(field.model->message().isError);
+    EXPECT_EQ(field.model->label(), "01:02:03;04") << entry;
+  }
+  EXPECT_FALSE(field.model->setMaximum("30:00"));
+  EXPECT_EQ(field.model->message().text, "The maximum is below the minimum.");
+  EXPECT_FALSE(field.model->setMinimum("-1"));
+  EXPECT_EQ(field.model->range(), "from 01:00:00;00 up");
+}
+
+TEST(TimecodeFieldOptions, SayWhatIsWrong) {
+  const struct {
+    std::vector<std::string_view> arguments;
+    std::string error;
+  } rows[] = {
+      {{"--mode", "custom"}, "no mode is called \"custom\"; the modes are 23.976 duration, "},
+      {{"--mode"}, "--mode needs a value"},
+      {{"--mode="}, "no mode is called \"\""},
+      {{"--interpretation", "both"},
+       "the interpretation is preserving or discarding, not \"both\""},
+      {{"--rollover=yes"}, "the rollover is on or off, not \"yes\""},
+      {{"--strict=1"}, "--strict takes no value"},
+      {{"--subframes", "--quarter-frames"}, "--subframes and --quarter-frames exclude each other"},
+      {{"--fast"}, "there is no option \"--fast\""},
+      {{"1234"}, "\"1234\" is no option; entries are read from standard input"},
+      {{"--value=abc"}, "--value \"abc\": Illegal characters."},
+      {{"--value", "-1:00"}, "--value \"-1:00\": Negatives are off."},
+      {{"--min", "-1:00"}, "--min \"-1:00\": Negatives are off."},
+      {{"--min=1:00", "--max=10"}, "--max \"10\": The maximum is below the minimum."},
+      {{"--max=999999999999:0:0:0"}, "--max \"999999999999:0:0:0\": Out of range."},
+      {{"--value=\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}, "--value"},
+  };
+  for (const auto& row : rows) {
+    Options options;
+    std::string error;
+    bool works = parseOptions(row.arguments, &options, &error);
+    if (works) {
+      FieldModel model(options.settings);
+      works = prepareField(options, &model, &error);
+    }
+    EXPECT_FALSE(works) << row.error;
+    EXPECT_EQ(error.substr(0, row.error.size()), row.error);
+  }
+}
+
+}  // namespace
+}  // namespace field

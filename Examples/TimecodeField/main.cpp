@@ -1,0 +1,72 @@
+// TimecodeField: one SMPTE timecode field, in a terminal or fed with entries. See --help.
+#include "Options.h"
+#include "ScriptedForm.h"
+#include "TerminalForm.h"
+
+#include "Platform/Reports.h"
+
+#include <exception>
+#include <iostream>
+#include <vector>
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kUsageError = 2;
+
+int usageError(std::string_view text) {
+  std::cerr << "TimecodeField: " << text << "\nTry TimecodeField --help.\n";
+  return kUsageError;
+}
+
+int failed(std::string_view text) {
+  std::cerr << "TimecodeField: " << text << '\n';
+  return kFailed;
+}
+
+int printed(std::string_view text) {
+  std::cout << text << std::flush;
+  return std::cout ? 0 : failed("cannot write to standard output");
+}
+
+int run(std::span<const std::string_view> arguments) {
+  using field::Options;
+  Options options;
+  std::string error;
+  if (!field::parseOptions(arguments, &options, &error)) return usageError(error);
+  switch (options.action) {
+    case Options::Action::Help: return printed(field::kHelp);
+    case Options::Action::Version: return printed("TimecodeField " QUILL_EXAMPLE_VERSION "\n");
+    case Options::Action::ListModes: return printed(field::modeList("\n") + "\n");
+    case Options::Action::Run: break;
+  }
+
+  // Standard output is for answers alone.
+  const auto note = [](std::string_view line) {
+    std::cerr << "TimecodeField: " << field::firstLine(line) << '\n';
+  };
+  quill::setLogSink(note);
+  quill::setLightAssertionSink(note);
+
+  field::FieldModel model(options.settings);
+  if (!field::prepareField(options, &model, &error)) return usageError(error);
+  if (field::Terminal::isAvailable()) {
+    field::runTerminalForm(model);
+    return 0;
+  }
+  std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
+  const auto failures = field::runScriptedForm(model, std::cin, std::cout);
+  if (!failures) return failed("cannot read the entries or write the answers");
+  return options.strict && *failures > 0 ? kFailed : 0;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  try {
+    return run(
+        std::vector<std::string_view>(arguments + (argumentCount > 0), arguments + argumentCount));
+  } catch (const std::exception& problem) {
+    return failed(field::firstLine(problem.what()));
+  }
+}
