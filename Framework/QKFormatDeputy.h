@@ -26,7 +26,8 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   ~QKFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   void* asProtocol(const Protocol& protocol) override;
-  // A plain new deputy; a class with options of its own copies them.
+  // A plain new deputy; a class with options of its own copies them. A derived class has a descriptor, or a copy(), of its
+  // own; else it is copied as its base.
   Ref<Object> copy() const override;
 
   // ---- Whole strings ----
@@ -87,7 +88,7 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   virtual void getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
                                                    Object* object) const;
 
-  // The lowest value that whole steps of a segment reach without passing the bound, the value itself where one step
+  // The furthest value that whole steps of a segment reach without passing the bound, the value itself where one step
   // does; for a value already beyond it, the bound (converted into the value's own representation between video
   // timecodes). Stops early at a step that moves nothing. A null bound reports a light assertion and gives a copy.
   virtual void getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum,

@@ -52,21 +52,19 @@ class EntryWriter {
       : value_(protocolCast<QKSMPTETimecode>(object)),
         timecode_(classCast<QKVideoTimecode>(object)) {
     if (timecode_ && (timecode_->useSeconds() || !timecode_->isNumeric())) timecode_ = nullptr;
-    if (timecode_) {
-      timecode_->privateGetSMPTEHours(&now_.hours, &now_.minutes, &now_.seconds, &now_.frames,
-                                      &fraction_);
-      now_.subframes = subframesFromFraction(fraction_);
-    } else if (value_) {
-      value_->getSMPTEHours(&now_.hours, nullptr, nullptr, nullptr, &now_.subframes, nullptr);
-    }
   }
 
   // Null for an object without SMPTE fields.
   QKSMPTETimecode* value() const { return value_; }
+
   // The hours of the value's whole days.
-  std::int64_t hoursOfWholeDays() const { return now_.hours / 24 * 24; }
+  std::int64_t hoursOfWholeDays() {
+    read();
+    return now_.hours / 24 * 24;
+  }
 
   void clearSubframes() {
+    read();
     if (now_.subframes == 0) return;
     value_->setSMPTESubframes(0);
     fraction_ = 0;
@@ -75,6 +73,7 @@ class EntryWriter {
   void write(const TypedFields& typed) {
     if (timecode_ && typed.subframes < kSubframesPerFrame &&
         typed.quarterFrames < kQuarterFramesPerFrame) {
+      read();
       const auto orNow = [](std::int64_t field, std::int64_t now) {
         return isTyped(field) ? field : now;
       };
@@ -95,8 +94,21 @@ class EntryWriter {
   }
 
  private:
+  void read() {
+    if (hasRead_) return;
+    hasRead_ = true;
+    if (timecode_) {
+      timecode_->privateGetSMPTEHours(&now_.hours, &now_.minutes, &now_.seconds, &now_.frames,
+                                      &fraction_);
+      now_.subframes = subframesFromFraction(fraction_);
+    } else {
+      value_->getSMPTEHours(&now_.hours, nullptr, nullptr, nullptr, &now_.subframes, nullptr);
+    }
+  }
+
   QKSMPTETimecode* value_;
   QKVideoTimecode* timecode_;  // null where fields go one by one
+  bool hasRead_ = false;
   SMPTEFieldSet now_;
   double fraction_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "QKTimecodeFormatter.h"
 
+#include "../Platform/IntegerMath.h"
 #include "../Platform/Reports.h"
 #include "QKVideoTimecode.h"
 #include "detail/ParseText.h"
@@ -15,26 +16,26 @@ constexpr std::int64_t kNoSegmentTag = 0x7fffffff;
 
 std::optional<bool> usesHighOrderTyping;  // fixed by its first use
 
-// A result that has run out of range lies at an infinity: -1, 1, or 0 for any other object.
-int sideOfInfinity(Object* object) {
-  const auto* timecode = classCast<QKVideoTimecode>(object);
-  if (!timecode || timecode->isNumeric()) return 0;
-  const std::uint32_t flags = timecode->timeValue().flags;
-  return (flags & kMediaTimePositiveInfinity) != 0   ? 1
-         : (flags & kMediaTimeNegativeInfinity) != 0 ? -1
-                                                     : 0;
-}
-
 int compareValues(Object* a, const Ref<Object>& b) {
-  if (const int side = sideOfInfinity(a)) return side;
   const auto* timecode = protocolCast<QKBasicTimecode>(a);
   return timecode ? timecode->compare(*b) : 0;
 }
 
 bool isNegativeValue(Object* object) {
-  if (const int side = sideOfInfinity(object)) return side < 0;
   const auto* timecode = protocolCast<QKBasicTimecode>(object);
   return timecode && timecode->isNegative();
+}
+
+// Brings a result whose ticks have run over back to the furthest time that they count, at the timescale of the value that
+// it came from.
+void holdInRange(Object* result, const Object* origin) {
+  auto* timecode = classCast<QKVideoTimecode>(result);
+  if (!timecode || timecode->isNumeric()) return;
+  const auto* from = classCast<QKVideoTimecode>(origin);
+  const std::int32_t timescale = from ? from->timeValue().timescale : 0;
+  const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
+  timecode->setTimeValue(
+      MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale > 0 ? timescale : 1));
 }
 
 Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }
@@ -124,7 +125,7 @@ QKTimecodeFormatter::QKTimecodeFormatter(const QKTimecodeFormatter& other) : For
 
 QKTimecodeFormatter& QKTimecodeFormatter::operator=(const QKTimecodeFormatter& other) {
   if (this == &other) return *this;
-  interpretation_ = other.interpretation_;
+  SMPTEStringInterpretation_ = other.SMPTEStringInterpretation_;
   allowsNegative_ = other.allowsNegative_;
   currentTimecode_ = nullptr;
   defaultObjectPrototype_ = copyOrNull(other.defaultObjectPrototype_);
@@ -188,7 +189,7 @@ void QKTimecodeFormatter::setMaximum(Object* maximum) {
 void QKTimecodeFormatter::setBound(Ref<Object>* bound, const Ref<Object>& otherBound,
                                    int clampedSide, Object* object) {
   privateVerifyAsBound(object);
-  if (object && otherBound && compareValues(object, otherBound) == clampedSide)
+  if (object && otherBound && compareValues(object, otherBound) * clampedSide > 0)
     object = otherBound.get();
   if (object == bound->get()) return;
   *bound = object ? object->copy() : nullptr;
@@ -286,6 +287,7 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
   }
   Ref<Object> result;
   if (!deputy->getObjectValue(&result, string, *this, error)) return false;
+  holdInRange(result.get(), currentTimecode_.get());
   if (auto* timecode = protocolCast<QKBasicTimecode>(result.get())) {
     if (!allowsNegative_ && isNegativeValue(result.get())) timecode->clearTimecode();
     const Bounds bounds = effectiveBounds(result.get());
@@ -360,7 +362,7 @@ Range QKTimecodeFormatter::secondaryColorRange(std::string_view) const { return 
 // ---- Segments ----
 
 QKFormatDeputy* QKTimecodeFormatter::deputyServing(Object* object) const {
-  QKFormatDeputy* deputy = activeDeputy();
+  QKFormatDeputy* deputy = object ? activeDeputy() : nullptr;
   return deputy && conformsTo(object, deputy->requiredProtocol()) ? deputy : nullptr;
 }
 
@@ -408,12 +410,11 @@ std::int64_t QKTimecodeFormatter::defaultSelectedSegmentTagInObjectValue(Object*
 
 void QKTimecodeFormatter::segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
                                                    Object* object) const {
-  if (const QKFormatDeputy* deputy = deputyShowing(tag, object)) {
-    deputy->segmentWithTagHasPadding(tag, atLeft, atRight, object);
-    return;
-  }
   if (atLeft) *atLeft = false;
   if (atRight) *atRight = false;
+  if (const QKFormatDeputy* deputy = deputyShowing(tag, object)) {
+    deputy->segmentWithTagHasPadding(tag, atLeft, atRight, object);
+  }
 }
 
 Range QKTimecodeFormatter::substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const {
@@ -434,17 +435,20 @@ Formatter* QKTimecodeFormatter::formatterForSegmentTag(std::int64_t tag, Object*
   if (!deputy) return nullptr;
   NumberFormatter* formatter = deputy->formatterForSegmentTag(tag, object);
   if (!formatter) return this;
-  return deputy->segmentIndexForTag(tag, object) == 0 ? leadingFormatter(*formatter) : formatter;
+  return deputy->segmentIndexForTag(tag, object) == 0 ? leadingFormatter(*formatter, tag)
+                                                      : formatter;
 }
 
-NumberFormatter* QKTimecodeFormatter::leadingFormatter(const NumberFormatter& shared) {
-  auto own = std::find_if(leadingFormatters_.begin(), leadingFormatters_.end(),
-                          [&](const auto& entry) { return entry.first == &shared; });
-  if (own == leadingFormatters_.end()) {
-    own = leadingFormatters_.insert(own, {&shared, copyOf(shared)});
+NumberFormatter* QKTimecodeFormatter::leadingFormatter(const NumberFormatter& deputys,
+                                                       std::int64_t tag) {
+  Ref<NumberFormatter>& own = leadingFormatters_[{format_, tag}];
+  if (own && &own->classDescriptor() == &deputys.classDescriptor()) {
+    *own = deputys;
+  } else {
+    own = copyOf(deputys);
   }
-  own->second->setMinimum(allowsNegative_ ? std::nullopt : std::optional<Number>(0));
-  return own->second.get();
+  own->setMinimum(allowsNegative_ ? std::nullopt : std::optional<Number>(0));
+  return own.get();
 }
 
 bool QKTimecodeFormatter::allowsSegmentEditing() const {
@@ -488,6 +492,8 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   }
   Ref<Object> stepped;
   deputy->getObjectValueIncrementingSegmentWithTag(&stepped, tag, increment, object);
+  if (!stepped) return;
+  holdInRange(stepped.get(), object);
   imposeSegmentBounds(&stepped, tag, object);
   if (!allowsNegative_ && isNegativeValue(stepped.get())) {
     const Ref<Object> copy = object->copy();
@@ -509,7 +515,8 @@ bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result,
   if (index < 0) return detail::failNotVisible(error, tag);
   if (index == 0) {
     const NumberFormatter* shared = deputy->formatterForSegmentTag(tag, object);
-    if (shared && !leadingFormatter(*shared)->getObjectValue(nullptr, string, error)) return false;
+    if (shared && !leadingFormatter(*shared, tag)->getObjectValue(nullptr, string, error))
+      return false;
   }
   Ref<Object> typed;
   if (!deputy->getObjectValueForSegmentWithTag(&typed, string, tag, object, error)) return false;

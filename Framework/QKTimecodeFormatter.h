@@ -16,8 +16,8 @@
 #include "QKSMPTETimecodeFormatDeputy.h"
 
 #include <array>
+#include <map>
 #include <utility>
-#include <vector>
 
 namespace quill::inline v0 {
 
@@ -76,6 +76,10 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   // Everything but the current timecode, which a copy does not have.
   QKTimecodeFormatter(const QKTimecodeFormatter& other);
   QKTimecodeFormatter& operator=(const QKTimecodeFormatter& other);
+  template <ProperlyDerivedFrom<QKTimecodeFormatter> Derived>
+  QKTimecodeFormatter(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKTimecodeFormatter> Derived>
+  QKTimecodeFormatter& operator=(const Derived&) = delete;
   // Takes the registrations of its observers with it.
   ~QKTimecodeFormatter() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
@@ -117,9 +121,11 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   void setDefaultObjectPrototype(Ref<Object> prototype);
 
   // How SMPTE entries are read. Posts nothing.
-  OrbSMPTEStringInterpretation SMPTEStringInterpretation() const { return interpretation_; }
+  OrbSMPTEStringInterpretation SMPTEStringInterpretation() const {
+    return SMPTEStringInterpretation_;
+  }
   void setSMPTEStringInterpretation(OrbSMPTEStringInterpretation interpretation) {
-    interpretation_ = interpretation;
+    SMPTEStringInterpretation_ = interpretation;
   }
 
   // A switch of the process, fixed by the first call of either: SMPTE entries keep the fields not typed, whatever the
@@ -211,7 +217,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
 
  private:
   QKFormatDeputy* activeDeputy() const;
-  // The active deputy where it can serve the object, else null.
+  // The active deputy where it can serve the object, else null; null for no object.
   QKFormatDeputy* deputyServing(Object* object) const;
   // The active deputy where it can serve the object and shows the segment, else null.
   QKFormatDeputy* deputyShowing(std::int64_t tag, Object* object) const;
@@ -223,13 +229,14 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   struct Bounds;
   Bounds effectiveBounds(Object* object) const;
   void imposeSegmentBounds(Ref<Object>* result, std::int64_t tag, Object* object) const;
-  NumberFormatter* leadingFormatter(const NumberFormatter& shared);
+  NumberFormatter* leadingFormatter(const NumberFormatter& deputys, std::int64_t tag);
   void changeSMPTESetting(bool flag, bool (QKSMPTETimecodeFormatDeputy::*get)() const,
                           void (QKSMPTETimecodeFormatDeputy::*set)(bool));
 
   // ---- Storage ----
 
-  OrbSMPTEStringInterpretation interpretation_ = OrbSMPTEStringInterpretationPreservingUpper;
+  OrbSMPTEStringInterpretation SMPTEStringInterpretation_ =
+      OrbSMPTEStringInterpretationPreservingUpper;
   bool allowsNegative_ = false;
   Ref<Object> currentTimecode_;
   Ref<Object> defaultObjectPrototype_;
@@ -238,8 +245,8 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   Ref<Object> maximumTimecode_;
   Ref<Object> minimumTimecode_;
   std::optional<std::string> nilSymbol_;
-  // For each deputy's formatter of a leading segment this formatter's own copy.
-  std::vector<std::pair<const NumberFormatter*, Ref<NumberFormatter>>> leadingFormatters_;
+  // This formatter's own copies of the deputies' formatters of leading segments, by format and tag.
+  std::map<std::pair<QKTimecodeFormat, std::int64_t>, Ref<NumberFormatter>> leadingFormatters_;
 };
 
 }  // namespace quill::inline v0

@@ -737,8 +737,9 @@ bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double f
   const auto isField = [](std::int64_t field, std::int64_t highest) {
     return field >= 0 && field <= highest;
   };
-  const auto holdsWholeFrames = [best = _bestTimeScale()](std::int64_t tickRate) {
-    return best == tickRate || best % tickRate == 0;
+  // As it stands after a read, except for a time too large for the best timescale.
+  const auto holdsWholeFrames = [timescale = time_.timescale](std::int64_t tickRate) {
+    return timescale == tickRate || (timescale > 0 && timescale % tickRate == 0);
   };
   const auto* row = timecodeModeRow(mode_);
   const bool isCounted = row && row->kind != TimecodeModeKind::Duration && !flags_.useSeconds &&

@@ -64,14 +64,10 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   QKVideoTimecode(const QKVideoTimecode&) = default;
   QKVideoTimecode& operator=(const QKVideoTimecode&) = default;
   // A derived value is copied by copy() or copyOf(), never into a base.
-  template <class Derived>
-  requires(std::derived_from<Derived, QKVideoTimecode> && !std::same_as<Derived, QKVideoTimecode>)
-      QKVideoTimecode(const Derived&)
-  = delete;
-  template <class Derived>
-  requires(std::derived_from<Derived, QKVideoTimecode> &&
-           !std::same_as<Derived, QKVideoTimecode>) QKVideoTimecode&
-  operator=(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKVideoTimecode> Derived>
+  QKVideoTimecode(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKVideoTimecode> Derived>
+  QKVideoTimecode& operator=(const Derived&) = delete;
   ~QKVideoTimecode() override;
 
   // A value of the same class.

@@ -27,6 +27,10 @@ class QUILL_EXPORT NumberFormatter : public Formatter {
   NumberFormatter();
   NumberFormatter(const NumberFormatter&) = default;
   NumberFormatter& operator=(const NumberFormatter&) = default;
+  template <ProperlyDerivedFrom<NumberFormatter> Derived>
+  NumberFormatter(const Derived&) = delete;
+  template <ProperlyDerivedFrom<NumberFormatter> Derived>
+  NumberFormatter& operator=(const Derived&) = delete;
   ~NumberFormatter() override;
 
   const ClassDescriptor& classDescriptor() const override { return descriptor; }

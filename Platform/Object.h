@@ -7,6 +7,7 @@
 
 #include "Export.h"
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -100,6 +101,10 @@ P* protocolCast(Object* object) {
 inline bool conformsTo(Object* object, const Protocol& protocol) {
   return asProtocolOrAlias(object, protocol) != nullptr;
 }
+
+// A class that properly derives from another: a base deletes its copying from such a one, which would cut it down.
+template <class Derived, class Base>
+concept ProperlyDerivedFrom = std::derived_from<Derived, Base> && !std::same_as<Derived, Base>;
 
 // A copy with the type of the argument.
 template <class T>
