@@ -3,8 +3,7 @@
 // cross zero, which some notations mirror and then stand still at, and where drop-frame skips labels, at which a step of
 // a frame stands still as well. So the search runs from one such place to the next, doubling k and halving back over the
 // even part. Steps that stay uneven (minutes of drop-frame labels) stand still nowhere but at zero and are searched up to
-// there in one go. A value that shows no ticks is walked first, as far as two minutes of frames, which always hold a place
-// where labels are skipped.
+// there in one go, and so are those of values that show no ticks, which may pass over skipped labels.
 
 #include "QKFormatDeputy.h"
 
@@ -55,20 +54,10 @@ class Steps {
     return !value || isLost(value.get()) || compareValues(bound_, *value) * direction_ < 0;
   }
 
-  // Whether the walk ends before step k: it passes the bound, or lands where the one before it did.
-  bool endsAt(std::int64_t k) const {
-    const Ref<Object> value = candidate(k), before = candidate(k - 1);
-    return isBeyond(value) || !before || compareValues(value.get(), *before) == 0;
-  }
-
   // The last step of the walk.
   std::int64_t lastInside() const {
-    constexpr std::int64_t kWalked = 1 << 14;
     constexpr int kEvenParts = 8;
     std::int64_t k = 1;
-    if (!ticks(candidate(k))) {
-      while (k < kWalked && !endsAt(k)) ++k;
-    }
     for (int part = 0; k < kFurthest; ++part) {
       if (endsAt(k)) return k - 1;
       if (endsAt(k + 1)) return k;
@@ -79,6 +68,12 @@ class Steps {
 
  private:
   static constexpr std::int64_t kFurthest = std::int64_t{1} << 61;
+
+  // Whether the walk ends before step k: it passes the bound, or lands where the one before it did.
+  bool endsAt(std::int64_t k) const {
+    const Ref<Object> value = candidate(k), before = candidate(k - 1);
+    return isBeyond(value) || !before || compareValues(value.get(), *before) == 0;
+  }
 
   // Nothing for a value that is not held in ticks.
   static std::optional<std::int64_t> ticks(const Ref<Object>& value) {
