@@ -815,8 +815,11 @@ std::uint64_t QKVideoTimecode::frameCountSum(std::uint64_t a, std::uint64_t b) c
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
   const std::uint64_t sum = a > kUInt64Highest - b ? kUInt64Highest : a + b;
-  if (scale.wholeFrameTime == 0) return sum;
-  return std::min(sum, static_cast<std::uint64_t>(kInt64Highest) / scale.wholeFrameTime);
+  if (flags_.useSeconds || !(scale.frameTime > 0)) return sum;
+  // A product of doubles may lie an ulp above.
+  return std::min(sum, scale.wholeFrameTime != 0
+                           ? static_cast<std::uint64_t>(kInt64Highest) / scale.wholeFrameTime
+                           : saturateToUInt64((kTwoTo63 - 4096) / scale.frameTime));
 }
 
 void QKVideoTimecode::privateSetSMPTESubframes(std::int64_t subframes) {
