@@ -13,9 +13,6 @@ bool Formatter::getObjectValue(Ref<Object>*, std::string_view, std::string* erro
   return false;
 }
 
-bool Formatter::isPartialStringValid(std::string_view, std::optional<std::string>*,
-                                     std::string*) const {
-  return true;
-}
+bool Formatter::isPartialStringValid(std::string_view, std::optional<std::string>*, std::string*) const { return true; }
 
 }  // namespace quill::inline v0

@@ -8,8 +8,7 @@
 
 namespace quill::inline v0 {
 
-static_assert(FLT_EVAL_METHOD == 0,
-              "results must not depend on excess precision (use -msse2 -mfpmath=sse on x86)");
+static_assert(FLT_EVAL_METHOD == 0, "results must not depend on excess precision (use -msse2 -mfpmath=sse on x86)");
 
 inline constexpr std::int64_t kInt64Lowest = std::numeric_limits<std::int64_t>::min();
 inline constexpr std::int64_t kInt64Highest = std::numeric_limits<std::int64_t>::max();
@@ -82,8 +81,7 @@ constexpr std::int64_t saturatingMultiply(std::int64_t a, std::int64_t b) {
   return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(b));
 }
 constexpr std::int64_t saturatingFromUInt64(std::uint64_t a) {
-  return a > static_cast<std::uint64_t>(kInt64Highest) ? kInt64Highest
-                                                       : static_cast<std::int64_t>(a);
+  return a > static_cast<std::uint64_t>(kInt64Highest) ? kInt64Highest : static_cast<std::int64_t>(a);
 }
 
 // n/d cut toward zero, 0 when d is 0. Wraps for lowest / -1.

@@ -21,13 +21,11 @@ using detail::UInt128;
 
 constexpr std::uint64_t kHighestMagnitude = std::uint64_t{1} << 63;  // of a negative tick count
 
-MediaTime infinity(bool negative) {
-  return negative ? MediaTime::negativeInfinity() : MediaTime::positiveInfinity();
-}
+MediaTime infinity(bool negative) { return negative ? MediaTime::negativeInfinity() : MediaTime::positiveInfinity(); }
 
 // The tick count with its sign, or an infinity when the magnitude does not fit.
-MediaTime timeFromMagnitude(std::uint64_t magnitude, bool negative, std::int32_t timescale,
-                            std::uint32_t flags, std::int64_t epoch) {
+MediaTime timeFromMagnitude(std::uint64_t magnitude, bool negative, std::int32_t timescale, std::uint32_t flags,
+                            std::int64_t epoch) {
   if (magnitude > kHighestMagnitude - (negative ? 0 : 1)) return infinity(negative);
   const std::uint64_t bits = negative ? 0 - magnitude : magnitude;
   return {static_cast<std::int64_t>(bits), timescale, flags, epoch};
@@ -44,8 +42,7 @@ int rankOf(const MediaTime& time) {
 // The sum at a common multiple of both timescales: below 2^95 before it is known to fit.
 MediaTime exactSum(const MediaTime& a, const MediaTime& b, std::int32_t timescale) {
   const auto scaled = [&](const MediaTime& time) {
-    return multiplyWide(magnitudeOf(time.value),
-                        static_cast<std::uint64_t>(timescale / time.timescale));
+    return multiplyWide(magnitudeOf(time.value), static_cast<std::uint64_t>(timescale / time.timescale));
   };
   UInt128 x = scaled(a), y = scaled(b);
   bool negative = a.value < 0;
@@ -61,9 +58,8 @@ MediaTime exactSum(const MediaTime& a, const MediaTime& b, std::int32_t timescal
     sum.low = x.low - y.low;
     sum.high = x.high - y.high - (x.low < y.low ? 1 : 0);
   }
-  return sum.high != 0
-             ? infinity(negative)
-             : timeFromMagnitude(sum.low, negative, timescale, a.flags | b.flags, a.epoch);
+  return sum.high != 0 ? infinity(negative)
+                       : timeFromMagnitude(sum.low, negative, timescale, a.flags | b.flags, a.epoch);
 }
 
 int orderOf(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
@@ -106,8 +102,8 @@ MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
     if (quotient == kUInt64Highest) return infinity(negative);
     ++quotient;
   }
-  return timeFromMagnitude(quotient, negative, newTimescale,
-                           flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U), epoch);
+  return timeFromMagnitude(quotient, negative, newTimescale, flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U),
+                           epoch);
 }
 
 double MediaTime::seconds() const {
@@ -121,8 +117,7 @@ double MediaTime::seconds() const {
 }
 
 std::string MediaTime::description() const {
-  static constexpr const char* kNames[] = {"{-infinity}", nullptr, "{+infinity}", "{indefinite}",
-                                           "{invalid}"};
+  static constexpr const char* kNames[] = {"{-infinity}", nullptr, "{+infinity}", "{indefinite}", "{invalid}"};
   if (const char* name = kNames[rankOf(*this)]) return name;
   std::string text = "{";
   appendInteger(text, value);
@@ -140,8 +135,7 @@ int compare(const MediaTime& a, const MediaTime& b) {
   // a.value / a.timescale against b.value / b.timescale, multiplied out; a negative timescale moves its sign up.
   const bool negativeA = a.value != 0 && (a.value < 0) != (a.timescale < 0);
   const bool negativeB = b.value != 0 && (b.value < 0) != (b.timescale < 0);
-  if (a.timescale == b.timescale && a.timescale > 0)
-    return orderOf(a.value < b.value, b.value < a.value);
+  if (a.timescale == b.timescale && a.timescale > 0) return orderOf(a.value < b.value, b.value < a.value);
   if (negativeA != negativeB) return negativeA ? -1 : 1;
   const UInt128 left = multiplyWide(magnitudeOf(a.value), magnitudeOf(b.timescale));
   const UInt128 right = multiplyWide(magnitudeOf(b.value), magnitudeOf(a.timescale));

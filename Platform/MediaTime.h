@@ -31,12 +31,10 @@ struct QUILL_EXPORT MediaTime {
   constexpr MediaTime() = default;
   constexpr MediaTime(std::int64_t ticks, std::int32_t ticksPerSecond)
       : value(ticks), timescale(ticksPerSecond), flags(kMediaTimeValid) {}
-  constexpr MediaTime(std::int64_t ticks, std::int32_t ticksPerSecond, std::uint32_t flagBits,
-                      std::int64_t generation)
+  constexpr MediaTime(std::int64_t ticks, std::int32_t ticksPerSecond, std::uint32_t flagBits, std::int64_t generation)
       : value(ticks), timescale(ticksPerSecond), flags(flagBits), epoch(generation) {}
 
-  static constexpr MediaTime withEpoch(std::int64_t ticks, std::int32_t ticksPerSecond,
-                                       std::int64_t generation) {
+  static constexpr MediaTime withEpoch(std::int64_t ticks, std::int32_t ticksPerSecond, std::int64_t generation) {
     return {ticks, ticksPerSecond, kMediaTimeValid, generation};
   }
 
@@ -44,15 +42,9 @@ struct QUILL_EXPORT MediaTime {
   // 64 bits an infinity, a timescale of 0 or below the invalid time.
   static MediaTime withSeconds(double seconds, std::int32_t timescale);
 
-  static constexpr MediaTime positiveInfinity() {
-    return {0, 0, kMediaTimeValid | kMediaTimePositiveInfinity, 0};
-  }
-  static constexpr MediaTime negativeInfinity() {
-    return {0, 0, kMediaTimeValid | kMediaTimeNegativeInfinity, 0};
-  }
-  static constexpr MediaTime indefinite() {
-    return {0, 0, kMediaTimeValid | kMediaTimeIndefinite, 0};
-  }
+  static constexpr MediaTime positiveInfinity() { return {0, 0, kMediaTimeValid | kMediaTimePositiveInfinity, 0}; }
+  static constexpr MediaTime negativeInfinity() { return {0, 0, kMediaTimeValid | kMediaTimeNegativeInfinity, 0}; }
+  static constexpr MediaTime indefinite() { return {0, 0, kMediaTimeValid | kMediaTimeIndefinite, 0}; }
 
   // Whether the time can be computed with. The rounded bit is ignored.
   constexpr bool isNumeric() const { return (flags & 0x1D) == kMediaTimeValid; }

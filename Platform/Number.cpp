@@ -16,8 +16,7 @@ struct WideInteger {
 
   friend bool operator==(const WideInteger&, const WideInteger&) = default;
   friend std::strong_ordering operator<=>(const WideInteger& a, const WideInteger& b) {
-    if (a.negative != b.negative)
-      return a.negative ? std::strong_ordering::less : std::strong_ordering::greater;
+    if (a.negative != b.negative) return a.negative ? std::strong_ordering::less : std::strong_ordering::greater;
     return a.bits <=> b.bits;
   }
 };
@@ -27,9 +26,8 @@ std::strong_ordering compareToDouble(WideInteger a, double b) {
   if (b >= kTwoTo64) return std::strong_ordering::less;
   if (b < -kTwoTo63) return std::strong_ordering::greater;
   const double whole = std::trunc(b);
-  const WideInteger wholeB =
-      whole < 0 ? WideInteger{true, static_cast<std::uint64_t>(saturateToInt64(whole))}
-                : WideInteger{false, saturateToUInt64(whole)};
+  const WideInteger wholeB = whole < 0 ? WideInteger{true, static_cast<std::uint64_t>(saturateToInt64(whole))}
+                                       : WideInteger{false, saturateToUInt64(whole)};
   if (a != wholeB) return a <=> wholeB;
   return whole < b   ? std::strong_ordering::less
          : whole > b ? std::strong_ordering::greater
@@ -38,9 +36,8 @@ std::strong_ordering compareToDouble(WideInteger a, double b) {
 
 }  // namespace
 
-const ClassDescriptor Number::descriptor{
-    "Number", nullptr, 0, &Object::descriptor,
-    []() -> Ref<Object> { return std::make_shared<Number>(); }};
+const ClassDescriptor Number::descriptor{"Number", nullptr, 0, &Object::descriptor,
+                                         []() -> Ref<Object> { return std::make_shared<Number>(); }};
 
 Number::Number(double value) : kind_(Kind::Double), bits_(std::bit_cast<std::uint64_t>(value)) {}
 
@@ -56,9 +53,7 @@ std::int64_t Number::int64Value() const {
   return kind_ == Kind::Double ? saturateToInt64(doubleValue()) : static_cast<std::int64_t>(bits_);
 }
 
-std::uint64_t Number::uint64Value() const {
-  return kind_ == Kind::Double ? wrapToUInt64(doubleValue()) : bits_;
-}
+std::uint64_t Number::uint64Value() const { return kind_ == Kind::Double ? wrapToUInt64(doubleValue()) : bits_; }
 
 double Number::doubleValue() const {
   switch (kind_) {
@@ -96,9 +91,7 @@ std::uint64_t Number::hash() const {
 
 Ref<Object> Number::copy() const { return std::make_shared<Number>(*this); }
 
-void* Number::asProtocol(const Protocol& protocol) {
-  return &protocol == &Copying::protocol ? this : nullptr;
-}
+void* Number::asProtocol(const Protocol& protocol) { return &protocol == &Copying::protocol ? this : nullptr; }
 
 std::partial_ordering operator<=>(const Number& a, const Number& b) {
   const bool doubleA = a.kind_ == Number::Kind::Double, doubleB = b.kind_ == Number::Kind::Double;

@@ -81,17 +81,14 @@ bool fail(std::string* error, const char* text) {
 
 }  // namespace
 
-const ClassDescriptor NumberFormatter::descriptor{
-    "NumberFormatter", "NumberFormatter", 0, &Formatter::descriptor,
-    []() -> Ref<Object> { return std::make_shared<NumberFormatter>(); }};
+const ClassDescriptor NumberFormatter::descriptor{"NumberFormatter", "NumberFormatter", 0, &Formatter::descriptor,
+                                                  []() -> Ref<Object> { return std::make_shared<NumberFormatter>(); }};
 
 NumberFormatter::NumberFormatter() : locale_(Locale::current()) {}
 
 NumberFormatter::~NumberFormatter() = default;
 
-void* NumberFormatter::asProtocol(const Protocol& protocol) {
-  return &protocol == &Copying::protocol ? this : nullptr;
-}
+void* NumberFormatter::asProtocol(const Protocol& protocol) { return &protocol == &Copying::protocol ? this : nullptr; }
 
 Ref<Object> NumberFormatter::copy() const { return std::make_shared<NumberFormatter>(*this); }
 
@@ -165,8 +162,7 @@ std::string NumberFormatter::stringFromNumber(const Number& number) const {
   return text;
 }
 
-bool NumberFormatter::getObjectValue(Ref<Object>* object, std::string_view string,
-                                     std::string* error) {
+bool NumberFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   if (nilSymbol_ && string == *nilSymbol_) {
     if (object) *object = nullptr;
     return true;
@@ -180,8 +176,7 @@ bool NumberFormatter::getObjectValue(Ref<Object>* object, std::string_view strin
 bool NumberFormatter::getNumber(Number* number, std::string_view string, std::string* error) const {
   Number found;
   if (!zeroSymbol_ || string != *zeroSymbol_) {
-    if (!readNumber(string, locale_, usesGroupingSeparator_, &found))
-      return fail(error, "Not a number.");
+    if (!readNumber(string, locale_, usesGroupingSeparator_, &found)) return fail(error, "Not a number.");
   }
   // As doubles, so that the bound that the ends of 64 bits round to admits them.
   const double value = found.doubleValue();

@@ -1,5 +1,6 @@
 #include "Object.h"
 
+#include "KeyedCoder.h"
 #include "TextServices.h"
 
 namespace quill::inline v0 {
@@ -23,6 +24,10 @@ bool Object::isEqual(const Object& other) const { return this == &other; }
 std::uint64_t Object::hash() const { return reinterpret_cast<std::uintptr_t>(this); }
 
 Ref<Object> Object::copy() const { return nullptr; }
+
+void Object::encodeWithCoder(KeyedCoder&) const {
+  throw ArchiveError(std::string("the class ") + classDescriptor().name + " archives nothing");
+}
 
 std::string Object::classNameAndAddress() const {
   std::string text = "<";

@@ -14,6 +14,7 @@
 
 namespace quill::inline v0 {
 
+class KeyedCoder;
 class Object;
 
 template <class T>
@@ -32,6 +33,8 @@ struct ClassDescriptor {
   std::int64_t version;               // of the layout that it archives
   const ClassDescriptor* superclass;  // null for Object
   Ref<Object> (*make)();              // a plain new instance; null for an abstract class
+  // An instance read from a coder; null for a class that archives nothing. Decoding is always secure.
+  Ref<Object> (*makeWithCoder)(KeyedCoder& coder) = nullptr;
 };
 
 // Answered by an object whose copy() gives an object.
@@ -63,6 +66,9 @@ class QUILL_EXPORT Object {
 
   // A new object of the same class, in one allocation; null for a class that cannot be copied.
   virtual Ref<Object> copy() const;
+
+  // Writes what makeWithCoder of the class reads. A class that archives nothing throws an ArchiveError.
+  virtual void encodeWithCoder(KeyedCoder& coder) const;
 
   // "<QKVideoTimecode: 0x7f30c0>"
   std::string classNameAndAddress() const;

@@ -98,9 +98,7 @@ DecodedCharacter decodeCharacter(std::string_view text) {
 }
 
 void appendCharacter(std::string& text, char32_t character) {
-  const auto append = [&](char32_t byte) {
-    text += static_cast<char>(static_cast<unsigned char>(byte));
-  };
+  const auto append = [&](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
   const auto appendContinuation = [&](int shift) { append(0x80 | ((character >> shift) & 0x3F)); };
   const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
   if (character > 0x10FFFF || surrogate) character = 0xFFFD;
@@ -161,12 +159,10 @@ bool CharacterSet::containsOther(char32_t character) const {
 namespace {
 
 // The offset of the first character from there on whose membership in the set is not the one given.
-std::size_t offsetAfter(std::string_view text, std::size_t offset, const CharacterSet& set,
-                        bool isMember) {
+std::size_t offsetAfter(std::string_view text, std::size_t offset, const CharacterSet& set, bool isMember) {
   while (offset < text.size()) {
     const auto byte = static_cast<unsigned char>(text[offset]);
-    const DecodedCharacter next =
-        byte < 0x80 ? DecodedCharacter{byte, 1} : decodeCharacter(text.substr(offset));
+    const DecodedCharacter next = byte < 0x80 ? DecodedCharacter{byte, 1} : decodeCharacter(text.substr(offset));
     if (set.contains(next.character) != isMember) break;
     offset += next.byteCount;
   }
@@ -189,9 +185,7 @@ const CharacterSet& Scanner::skippedCharacters() const {
   return skipsWhitespace_ ? CharacterSet::whitespace() : otherSkipped_;
 }
 
-std::size_t Scanner::offsetAfterSkipping() const {
-  return offsetAfter(text_, offset_, skippedCharacters(), true);
-}
+std::size_t Scanner::offsetAfterSkipping() const { return offsetAfter(text_, offset_, skippedCharacters(), true); }
 
 bool Scanner::scanCharacters(const CharacterSet& set, std::string_view* found) {
   const std::size_t begin = offsetAfterSkipping();
@@ -267,8 +261,7 @@ bool Scanner::scanDouble(double* value) {
   const bool hasSign = offset < text_.size() && (text_[offset] == '-' || text_[offset] == '+');
   const bool isNegative = hasSign && text_[offset] == '-';
   if (hasSign) ++offset;
-  const std::string_view separator =
-      hasDecimalSeparator_ ? decimalSeparator_ : Locale::current().decimalSeparator;
+  const std::string_view separator = hasDecimalSeparator_ ? decimalSeparator_ : Locale::current().decimalSeparator;
   double magnitude = 0;
   const std::size_t byteCount = readDecimal(text_.substr(offset), separator, &magnitude);
   if (byteCount == 0) return false;
@@ -295,9 +288,7 @@ std::uint64_t saturatingUInt64(std::string_view digits) {
   return value;
 }
 
-std::int64_t saturatingInt64(std::string_view digits) {
-  return saturatingFromUInt64(saturatingUInt64(digits));
-}
+std::int64_t saturatingInt64(std::string_view digits) { return saturatingFromUInt64(saturatingUInt64(digits)); }
 
 // Integers to text
 
@@ -378,9 +369,7 @@ void appendFixed(std::string& text, double value, int places) {
   places = std::clamp(places, 0, kMostPlaces);
 #if QUILL_HAS_FLOATING_CHARCONV
   char buffer[1 + 309 + 1 + kMostPlaces];
-  text.append(
-      buffer,
-      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, places).ptr);
+  text.append(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, places).ptr);
 #else
   if (std::signbit(value)) text += '-';
   appendDecimal(text, detail::exactDigitsToPlaces(value, places), places);
@@ -392,9 +381,7 @@ void appendScientific(std::string& text, double value, int places) {
   places = std::clamp(places, 0, kMostPlaces);
 #if QUILL_HAS_FLOATING_CHARCONV
   char buffer[1 + 1 + 1 + kMostPlaces + 5];
-  text.append(buffer, std::to_chars(buffer, buffer + sizeof buffer, value,
-                                    std::chars_format::scientific, places)
-                          .ptr);
+  text.append(buffer, std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, places).ptr);
 #else
   if (std::signbit(value)) text += '-';
   DecimalDigits number = detail::exactDigitsToCount(value, places + 1);
@@ -430,9 +417,7 @@ DecimalDigits shortestDigits(double value) {
   }
 #if QUILL_HAS_FLOATING_CHARCONV
   char buffer[32];  // "-d.dddddddddddddddde-ddd"
-  const char* end =
-      std::to_chars(buffer, buffer + sizeof buffer, std::abs(value), std::chars_format::scientific)
-          .ptr;
+  const char* end = std::to_chars(buffer, buffer + sizeof buffer, std::abs(value), std::chars_format::scientific).ptr;
   const char* mark = std::find(static_cast<const char*>(buffer), end, 'e');
   std::int32_t exponent = 0;
   std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);

@@ -124,12 +124,8 @@ QUILL_EXPORT double doubleFromText(std::string_view text);
 // Decimal digits, "-" before a negative value.
 QUILL_EXPORT void appendInteger(std::string& text, std::int64_t value);
 QUILL_EXPORT void appendInteger(std::string& text, std::uint64_t value);
-inline void appendInteger(std::string& text, std::int32_t value) {
-  appendInteger(text, std::int64_t{value});
-}
-inline void appendInteger(std::string& text, std::uint32_t value) {
-  appendInteger(text, std::uint64_t{value});
-}
+inline void appendInteger(std::string& text, std::int32_t value) { appendInteger(text, std::int64_t{value}); }
+inline void appendInteger(std::string& text, std::uint32_t value) { appendInteger(text, std::uint64_t{value}); }
 
 // As appendInteger with leading zeros up to a width in characters, the sign included: (-5, 3) gives "-05".
 QUILL_EXPORT void appendPadded(std::string& text, std::int64_t value, int width);

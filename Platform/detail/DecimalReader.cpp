@@ -9,15 +9,12 @@
 
 namespace quill::inline v0::detail {
 
-void DecimalReader::addExponent(std::int64_t places) {
-  exponent_ = saturatingAdd(exponent_, places);
-}
+void DecimalReader::addExponent(std::int64_t places) { exponent_ = saturatingAdd(exponent_, places); }
 
 double DecimalReader::value() const {
   // Powers of ten that a double holds exactly: with exact digits too, there is one rounding.
-  static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                            1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                            1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                            1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   if (count_ == 0) return 0;
   const std::int64_t power = saturatingAdd(exponent_, -static_cast<std::int64_t>(count_));
   if (count_ > 15 || power < -22 || power > 22) return slowValue();

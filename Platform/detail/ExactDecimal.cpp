@@ -141,8 +141,7 @@ struct Fraction {
       denominator.shiftLeft(-parts.exponent);
     }
     // The estimate is never too high: trunc() is floor() + 1 for the negative ones, which begin one higher.
-    const int binaryExponent =
-        parts.exponent + static_cast<int>(std::bit_width(parts.significand)) - 1;
+    const int binaryExponent = parts.exponent + static_cast<int>(std::bit_width(parts.significand)) - 1;
     exponent = binaryExponent * 30103 / 100000;  // log10(2)
     denominator.multiplyByPowerOfTen(exponent);
     multiplyByPowerOfTen(-exponent);
