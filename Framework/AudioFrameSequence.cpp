@@ -15,9 +15,8 @@ constexpr std::int32_t _gFrameToSample24fps48k[] = {0, 2002};
 
 constexpr std::int32_t _gFrameToSample30fps48k[] = {0, 1602, 3203, 4805, 6406, 8008};
 
-constexpr std::int32_t _gFrameToSample30fps32k[] = {0,     1068,  2135,  3203, 4271,  5339,
-                                                    6406,  7474,  8542,  9610, 10677, 11745,
-                                                    12813, 13881, 14948, 16016};
+constexpr std::int32_t _gFrameToSample30fps32k[] = {0,    1068, 2135,  3203,  4271,  5339,  6406,  7474,
+                                                    8542, 9610, 10677, 11745, 12813, 13881, 14948, 16016};
 
 // clang-format off
 constexpr std::int32_t _gFrameToSample30fps44k[] = {
@@ -41,8 +40,7 @@ constexpr AudioFrameSequence kSequences[] = {{30, 32000, _gFrameToSample30fps32k
 
 }  // namespace
 
-const AudioFrameSequence* audioFrameSequence(std::int32_t videoFrameRate,
-                                             std::uint64_t audioFrameRate) {
+const AudioFrameSequence* audioFrameSequence(std::int32_t videoFrameRate, std::uint64_t audioFrameRate) {
   for (const AudioFrameSequence& sequence : kSequences) {
     if (sequence.videoFrameRate == videoFrameRate && sequence.audioFrameRate == audioFrameRate) {
       return &sequence;
@@ -51,9 +49,8 @@ const AudioFrameSequence* audioFrameSequence(std::int32_t videoFrameRate,
   return nullptr;
 }
 
-std::uint64_t OBSampleFromFrame(std::uint64_t frame, std::uint64_t firstSample,
-                                std::int32_t videoFrameRate, std::uint64_t audioFrameRate,
-                                std::uint64_t sequencePhaseFrame) {
+std::uint64_t OBSampleFromFrame(std::uint64_t frame, std::uint64_t firstSample, std::int32_t videoFrameRate,
+                                std::uint64_t audioFrameRate, std::uint64_t sequencePhaseFrame) {
   if (frame < sequencePhaseFrame) {
     lightAssertionFailed("frame >= sequencePhaseFrame", "QKTimecode", 132);
   } else if (frame + firstSample == sequencePhaseFrame) {
@@ -61,23 +58,18 @@ std::uint64_t OBSampleFromFrame(std::uint64_t frame, std::uint64_t firstSample,
   }
   const AudioFrameSequence* sequence = audioFrameSequence(videoFrameRate, audioFrameRate);
   if (!sequence) return 0;
-  const std::uint64_t distance = frame - sequencePhaseFrame;  // modulo 2^64
-  const std::uint64_t cycle = distance / sequence->framesInCycle();
-  const auto place = static_cast<std::size_t>(distance % sequence->framesInCycle());
-  return firstSample + static_cast<std::uint64_t>(sequence->firstSamples[place]) +
-         cycle * sequence->samplesInCycle();
+  return firstSample + sequence->firstSampleOfFrame(frame - sequencePhaseFrame);  // modulo 2^64
 }
 
-std::uint64_t OBFrameFromSample(std::uint64_t sample, std::uint64_t audioFrameRate,
-                                std::int32_t videoFrameRate, std::int32_t* remainder) {
+std::uint64_t OBFrameFromSample(std::uint64_t sample, std::uint64_t audioFrameRate, std::int32_t videoFrameRate,
+                                std::int32_t* remainder) {
   if (remainder) *remainder = 0;
   const AudioFrameSequence* sequence = audioFrameSequence(videoFrameRate, audioFrameRate);
   if (!sequence) return 0;
   const std::uint64_t cycle = sample / sequence->samplesInCycle();
   const auto rest = static_cast<std::int32_t>(sample % sequence->samplesInCycle());
   const auto& starts = sequence->firstSamples;
-  const auto frame =
-      std::upper_bound(starts.begin(), starts.end(), rest) - 1;  // the last start not above rest
+  const auto frame = std::upper_bound(starts.begin(), starts.end(), rest) - 1;  // the last start not above rest
   if (remainder) *remainder = rest - *frame;
   return cycle * sequence->framesInCycle() + static_cast<std::uint64_t>(frame - starts.begin());
 }

@@ -16,6 +16,8 @@ class QUILL_EXPORT _QKCustomVideoModeInfo : public Object {
   _QKCustomVideoModeInfo& operator=(const _QKCustomVideoModeInfo&) = default;
   ~_QKCustomVideoModeInfo() override;
 
+  explicit _QKCustomVideoModeInfo(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
   static bool supportsSecureCoding() { return true; }
 
   const ClassDescriptor& classDescriptor() const override { return descriptor; }

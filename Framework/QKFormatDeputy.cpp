@@ -8,8 +8,10 @@
 #include "QKFormatDeputy.h"
 
 #include "../Platform/IntegerMath.h"
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/Reports.h"
 #include "QKVideoTimecode.h"
+#include "detail/DeputySupport.h"
 #include "detail/ParseText.h"
 
 namespace quill::inline v0 {
@@ -30,16 +32,10 @@ bool isLost(Object* object) {
   return timecode && !timecode->isNumeric();
 }
 
-bool isNegativeValue(Object* object) {
-  const auto* timecode = protocolCast<QKBasicTimecode>(object);
-  return timecode && timecode->isNegative();
-}
-
 // The steps of one segment from a value toward a bound.
 class Steps {
  public:
-  Steps(const QKFormatDeputy& deputy, Object* bound, std::int64_t direction, std::int64_t tag,
-        Object* start)
+  Steps(const QKFormatDeputy& deputy, Object* bound, std::int64_t direction, std::int64_t tag, Object* start)
       : deputy_(deputy), bound_(bound), direction_(direction), tag_(tag), start_(start) {}
 
   Ref<Object> candidate(std::int64_t k) const {
@@ -86,11 +82,11 @@ class Steps {
   // as far on as the step from k to k + 1 says.
   std::int64_t endOfPart(std::int64_t k, bool isEven) const {
     const Ref<Object> first = candidate(k);
-    const bool isNegative = isNegativeValue(first.get());
+    const bool isNegative = detail::isNegative<QKBasicTimecode>(first.get());
     const auto start = ticks(first), next = ticks(candidate(k + 1));
     return firstAfter(k + 1, [&](std::int64_t n) {
       const Ref<Object> value = candidate(n);
-      if (isBeyond(value) || isNegativeValue(value.get()) != isNegative) return true;
+      if (isBeyond(value) || detail::isNegative<QKBasicTimecode>(value.get()) != isNegative) return true;
       if (!isEven || !start || !next) return endsAt(n);
       const std::int64_t stride = wrappingSubtract(*next, *start);
       return ticks(value) != wrappingAdd(*start, saturatingMultiply(stride, n - k));
@@ -123,15 +119,16 @@ class Steps {
 
 }  // namespace
 
-const ClassDescriptor QKFormatDeputy::descriptor{
-    "QKFormatDeputy", nullptr, 0, &Object::descriptor,
-    []() -> Ref<Object> { return std::make_shared<QKFormatDeputy>(); }};
+const ClassDescriptor QKFormatDeputy::descriptor{"QKFormatDeputy", nullptr, 0, &Object::descriptor,
+                                                 []() -> Ref<Object> { return std::make_shared<QKFormatDeputy>(); }};
 
 QKFormatDeputy::QKFormatDeputy() = default;
 QKFormatDeputy::~QKFormatDeputy() = default;
 
 void* QKFormatDeputy::asProtocol(const Protocol& protocol) {
-  return &protocol == &Copying::protocol ? this : nullptr;
+  const bool isServed =
+      &protocol == &Copying::protocol || (&protocol == &Coding::protocol && classDescriptor().makeWithCoder != nullptr);
+  return isServed ? this : nullptr;
 }
 
 Ref<Object> QKFormatDeputy::copy() const {
@@ -141,15 +138,11 @@ Ref<Object> QKFormatDeputy::copy() const {
 
 // ---- Whole strings ----
 
-std::string QKFormatDeputy::stringForObjectValue(Object*, const QKTimecodeFormatter&) const {
-  return {};
-}
+std::string QKFormatDeputy::stringForObjectValue(Object*, const QKTimecodeFormatter&) const { return {}; }
 
 bool QKFormatDeputy::getObjectValue(Ref<Object>*, std::string_view, const QKTimecodeFormatter&,
                                     std::string* error) const {
-  return detail::fail(
-      error,
-      "Abstract method -[QKFormatDeputy getObjectValue:forString:formatter:errorDescription:]");
+  return detail::fail(error, "Abstract method -[QKFormatDeputy getObjectValue:forString:formatter:errorDescription:]");
 }
 
 bool QKFormatDeputy::isPartialStringValid(std::string_view partial, std::string* error) const {
@@ -203,8 +196,7 @@ std::int64_t QKFormatDeputy::defaultSelectedSegmentTagInObjectValue(Object*) con
 }
 
 void QKFormatDeputy::segmentWithTagHasPadding(std::int64_t, bool*, bool*, Object*) const {
-  logLine(
-      "Abstract method -[QKFormatDeputy segmentWithTag:hasPaddingAtLeft:atRight:inObjectValue:]");
+  logLine("Abstract method -[QKFormatDeputy segmentWithTag:hasPaddingAtLeft:atRight:inObjectValue:]");
 }
 
 Range QKFormatDeputy::substringRangeForSegmentWithTag(std::int64_t, Object*) const {
@@ -221,15 +213,14 @@ bool QKFormatDeputy::allowsSegmentEditing() const { return true; }
 
 // ---- Stepping and typing ----
 
-void QKFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>*, std::int64_t,
-                                                              std::int64_t, Object*) const {
+void QKFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>*, std::int64_t, std::int64_t, Object*) const {
   logLine(
       "Abstract method -[QKFormatDeputy "
       "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]");
 }
 
-bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view,
-                                                     std::int64_t, Object*, std::string*) const {
+bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view, std::int64_t, Object*,
+                                                     std::string*) const {
   logLine(
       "Abstract method -[QKFormatDeputy "
       "getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:]");
@@ -237,13 +228,12 @@ bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::s
   return true;
 }
 
-void QKFormatDeputy::getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
-                                                         Object* object) const {
+void QKFormatDeputy::getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag, Object* object) const {
   getObjectValueForSegmentWithTag(result, "0", tag, object, nullptr);
 }
 
-void QKFormatDeputy::getNearest(Ref<Object>* result, Object* bound, std::int64_t direction,
-                                std::int64_t tag, Object* object) const {
+void QKFormatDeputy::getNearest(Ref<Object>* result, Object* bound, std::int64_t direction, std::int64_t tag,
+                                Object* object) const {
   if (!result) return;
   if (!bound) {
     *result = object->copy();
@@ -263,22 +253,21 @@ void QKFormatDeputy::getNearest(Ref<Object>* result, Object* bound, std::int64_t
   }
 }
 
-void QKFormatDeputy::getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum,
-                                                    std::int64_t tag, Object* object) const {
+void QKFormatDeputy::getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum, std::int64_t tag,
+                                                    Object* object) const {
   if (!minimum) lightAssertionFailed("minimum", kFile, 293);
   getNearest(result, minimum, -1, tag, object);
 }
 
-void QKFormatDeputy::getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum,
-                                                    std::int64_t tag, Object* object) const {
+void QKFormatDeputy::getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum, std::int64_t tag,
+                                                    Object* object) const {
   if (!maximum) lightAssertionFailed("maximum", kFile, 319);
   getNearest(result, maximum, 1, tag, object);
 }
 
 // ---- For subclasses ----
 
-std::int64_t QKFormatDeputy::massagedFieldValue(std::int64_t value, std::int64_t tag,
-                                                Object* object) const {
+std::int64_t QKFormatDeputy::massagedFieldValue(std::int64_t value, std::int64_t tag, Object* object) const {
   auto* timecode = protocolCast<QKBasicTimecode>(object);
   const std::int64_t segmentIndex = segmentIndexForTag(tag, object);
   if (value < 0) {

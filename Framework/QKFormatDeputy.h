@@ -33,12 +33,11 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   // ---- Whole strings ----
 
   // The text for a value; "" for one that does not serve requiredProtocol, and from the base.
-  virtual std::string stringForObjectValue(Object* object,
-                                           const QKTimecodeFormatter& formatter) const;
+  virtual std::string stringForObjectValue(Object* object, const QKTimecodeFormatter& formatter) const;
 
   // Reads a text into a copy of the formatter's current timecode. Fails with a short description. The base always does.
-  virtual bool getObjectValue(Ref<Object>* object, std::string_view string,
-                              const QKTimecodeFormatter& formatter, std::string* error) const;
+  virtual bool getObjectValue(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
+                              std::string* error) const;
 
   // Whether a text has at most one sign, in front, and otherwise legal characters and white space: "Excess + or -'s",
   // "Illegal character.".
@@ -64,8 +63,7 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   virtual std::int64_t segmentFieldWidthForTag(std::int64_t tag, Object* object) const;
   virtual std::int64_t defaultSelectedSegmentTagInObjectValue(Object* object) const;
   // Whether the segment has a margin to its neighbour.
-  virtual void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
-                                        Object* object) const;
+  virtual void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight, Object* object) const;
   // The characters that the segment takes in the rendered text.
   virtual Range substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const;
   // What a segment's text is typed and shown with; null for a segment that has none.
@@ -75,26 +73,23 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   // ---- Stepping and typing ----
 
   // A copy of the value moved by that many whole steps of a segment's unit. Abstract: the output is left alone.
-  virtual void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
-                                                        std::int64_t increment,
+  virtual void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag, std::int64_t increment,
                                                         Object* object) const;
 
   // Sets one segment of the value itself from a text; the output is a copy of it. Abstract: the number 0 and true.
-  virtual bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
-                                               std::int64_t tag, Object* object,
-                                               std::string* error) const;
+  virtual bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string, std::int64_t tag,
+                                               Object* object, std::string* error) const;
 
   // As typing "0" into a segment. Where that fails the output is left alone.
-  virtual void getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
-                                                   Object* object) const;
+  virtual void getObjectValueZeroingSegmentWithTag(Ref<Object>* result, std::int64_t tag, Object* object) const;
 
   // The furthest value that whole steps of a segment reach without passing the bound, the value itself where one step
   // does; for a value already beyond it, the bound (converted into the value's own representation between video
   // timecodes). Stops early at a step that moves nothing. A null bound reports a light assertion and gives a copy.
-  virtual void getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum,
-                                              std::int64_t tag, Object* object) const;
-  virtual void getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum,
-                                              std::int64_t tag, Object* object) const;
+  virtual void getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum, std::int64_t tag,
+                                              Object* object) const;
+  virtual void getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum, std::int64_t tag,
+                                              Object* object) const;
 
   // ---- For subclasses ----
 
@@ -112,8 +107,7 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   QKFormatDeputy& operator=(const QKFormatDeputy&) = default;
 
  private:
-  void getNearest(Ref<Object>* result, Object* bound, std::int64_t direction, std::int64_t tag,
-                  Object* object) const;
+  void getNearest(Ref<Object>* result, Object* bound, std::int64_t direction, std::int64_t tag, Object* object) const;
 };
 
 }  // namespace quill::inline v0

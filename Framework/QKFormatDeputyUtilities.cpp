@@ -1,6 +1,7 @@
 #include "QKFormatDeputyUtilities.h"
 
 #include "../Platform/IntegerMath.h"
+#include "detail/DeputySupport.h"
 #include "detail/ParseText.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace quill::inline v0 {
 namespace {
 
 // Never destroyed, so that formatters that die at exit may still use them. A count of 0 leaves the default.
-QKTimecodeSegmentNumberFormatter& makeShared(std::int64_t digits, std::optional<Number> minimum) {
+QKTimecodeSegmentNumberFormatter& makeShared(std::int64_t digits, const std::optional<Number>& minimum) {
   auto& formatter = *new QKTimecodeSegmentNumberFormatter;
   if (digits > 0) {
     formatter.setMinimumIntegerDigits(digits);
@@ -93,8 +94,7 @@ const std::string& formatDeputyEmDash() {
 }
 
 const std::string& formatDeputyDecimalSeparator() {
-  static const std::string& separator =
-      *new std::string(QKTimecodeSegmentNumberFormatter().decimalSeparator());
+  static const std::string& separator = *new std::string(QKTimecodeSegmentNumberFormatter().decimalSeparator());
   return separator;
 }
 
@@ -103,9 +103,8 @@ const std::string& MDivisionsPlaceHolder() {
   return placeHolder;
 }
 
-bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields,
-                                     std::int64_t capacity, std::int64_t* count,
-                                     const CharacterSet& separators) {
+bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields, std::int64_t capacity,
+                                     std::int64_t* count, const CharacterSet& separators) {
   std::int64_t stored = 0;
   while (stored < capacity) {
     detail::takeWhitespace(string);
@@ -130,15 +129,11 @@ bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fiel
   return stored > 0;
 }
 
-double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart,
-                                                     std::int64_t fractionalPart,
+double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart, std::int64_t fractionalPart,
                                                      std::int64_t fractionalDigits) {
-  static constexpr double kTenths[] = {1,     1e-1,  1e-2,  1e-3,  1e-4,  1e-5,  1e-6,
-                                       1e-7,  1e-8,  1e-9,  1e-10, 1e-11, 1e-12, 1e-13,
-                                       1e-14, 1e-15, 1e-16, 1e-17, 1e-18};
-  const std::int64_t digits = std::clamp<std::int64_t>(fractionalDigits, 0, 18);
   const std::int64_t fraction = std::max<std::int64_t>(fractionalPart, 0);
-  return static_cast<double>(integerPart) + static_cast<double>(fraction) * kTenths[digits];
+  return static_cast<double>(integerPart) +
+         static_cast<double>(fraction) * detail::powerOfTen(-detail::placesInRange(fractionalDigits));
 }
 
 inline namespace QKFormatDeputyStringUtilities {

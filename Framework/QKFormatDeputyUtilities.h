@@ -32,13 +32,11 @@ QUILL_EXPORT const std::string& MDivisionsPlaceHolder();
 // and 0, ":5" gives 0 and 5, "1::2" gives 1, 0 and 2. Scanning ends at any other character and passes over white space.
 // A run of digits beyond 2^63-1 counts as that. An empty field beyond the capacity starts the array over and drops the
 // rest of its run: "1::::5" with capacity 3 gives 5.
-QUILL_EXPORT bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields,
-                                                  std::int64_t capacity, std::int64_t* count,
-                                                  const CharacterSet& separators);
+QUILL_EXPORT bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields, std::int64_t capacity,
+                                                  std::int64_t* count, const CharacterSet& separators);
 
 // integerPart + fractionalPart / 10^fractionalDigits; a negative fraction counts as 0. Digits are cut to [0, 18].
-QUILL_EXPORT double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart,
-                                                                  std::int64_t fractionalPart,
+QUILL_EXPORT double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart, std::int64_t fractionalPart,
                                                                   std::int64_t fractionalDigits);
 
 // Operations on strings, the string first.

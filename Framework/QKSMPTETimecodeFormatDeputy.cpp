@@ -1,9 +1,11 @@
 #include "QKSMPTETimecodeFormatDeputy.h"
 
 #include "../Platform/IntegerMath.h"
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/Reports.h"
 #include "QKTimecodeFormatter.h"
 #include "QKVideoTimecode.h"
+#include "detail/DeputySupport.h"
 #include "detail/ParseText.h"
 
 #include <algorithm>
@@ -15,33 +17,16 @@ namespace {
 constexpr std::string_view kFile = "QKSMPTETimecodeFormatDeputy";
 constexpr double kThreeDigitRate = 100.0;  // frames per second
 
-enum Tag : std::int64_t {
-  kHours,
-  kMinutes,
-  kSeconds,
-  kFrames,
-  kSubframes,
-  kQuarterFrames,
-  kTagCount
-};
+enum Tag : std::int64_t { kHours, kMinutes, kSeconds, kFrames, kSubframes, kQuarterFrames, kTagCount };
 
-void appendField(std::string& text, std::int64_t value, int width) {
-  if (width == 2 && value >= 0 && value < 100) {
-    text += static_cast<char>('0' + value / 10);
-    text += static_cast<char>('0' + value % 10);
-  } else {
-    appendPadded(text, value, width);
-  }
-}
-
-constexpr std::int64_t kNotTyped = -1;
-
-bool isTyped(std::int64_t field) { return field != kNotTyped; }
+using detail::appendField;
+using detail::isTyped;
+using detail::kNotTyped;
 
 // The fields of an entry, each kNotTyped or not negative; those not typed stay as they are.
 struct TypedFields {
-  std::int64_t hours = kNotTyped, minutes = kNotTyped, seconds = kNotTyped, frames = kNotTyped,
-               subframes = kNotTyped, quarterFrames = kNotTyped;
+  std::int64_t hours = kNotTyped, minutes = kNotTyped, seconds = kNotTyped, frames = kNotTyped, subframes = kNotTyped,
+               quarterFrames = kNotTyped;
 };
 
 // Writes an entry into a value: field by field through the protocol, hours first and quarter frames last, or in one go
@@ -49,8 +34,7 @@ struct TypedFields {
 class EntryWriter {
  public:
   explicit EntryWriter(Object* object)
-      : value_(protocolCast<QKSMPTETimecode>(object)),
-        timecode_(classCast<QKVideoTimecode>(object)) {
+      : value_(protocolCast<QKSMPTETimecode>(object)), timecode_(classCast<QKVideoTimecode>(object)) {
     if (timecode_ && (timecode_->useSeconds() || !timecode_->isNumeric())) timecode_ = nullptr;
   }
 
@@ -71,15 +55,11 @@ class EntryWriter {
   }
 
   void write(const TypedFields& typed) {
-    if (timecode_ && typed.subframes < kSubframesPerFrame &&
-        typed.quarterFrames < kQuarterFramesPerFrame) {
+    if (timecode_ && typed.subframes < kSubframesPerFrame && typed.quarterFrames < kQuarterFramesPerFrame) {
       read();
-      const auto orNow = [](std::int64_t field, std::int64_t now) {
-        return isTyped(field) ? field : now;
-      };
+      const auto orNow = [](std::int64_t field, std::int64_t now) { return isTyped(field) ? field : now; };
       const SMPTEFieldSet fields{orNow(typed.hours, now_.hours), orNow(typed.minutes, now_.minutes),
-                                 orNow(typed.seconds, now_.seconds),
-                                 orNow(typed.frames, now_.frames), 0};
+                                 orNow(typed.seconds, now_.seconds), orNow(typed.frames, now_.frames), 0};
       double fraction = fraction_;
       if (isTyped(typed.subframes)) fraction = static_cast<double>(typed.subframes) / 80;
       if (isTyped(typed.quarterFrames)) fraction = static_cast<double>(typed.quarterFrames) / 4;
@@ -98,8 +78,7 @@ class EntryWriter {
     if (hasRead_) return;
     hasRead_ = true;
     if (timecode_) {
-      timecode_->privateGetSMPTEHours(&now_.hours, &now_.minutes, &now_.seconds, &now_.frames,
-                                      &fraction_);
+      timecode_->privateGetSMPTEHours(&now_.hours, &now_.minutes, &now_.seconds, &now_.frames, &fraction_);
       now_.subframes = subframesFromFraction(fraction_);
     } else {
       value_->getSMPTEHours(&now_.hours, nullptr, nullptr, nullptr, &now_.subframes, nullptr);
@@ -113,38 +92,29 @@ class EntryWriter {
   double fraction_ = 0;
 };
 
-bool isNegativeValue(Object* object) {
-  const auto* timecode = protocolCast<QKSMPTETimecode>(object);
-  return timecode && timecode->isNegative();
-}
-
 }  // namespace
 
-// A scanned entry, whose fields are taken from the right.
-struct QKSMPTETimecodeFormatDeputy::Entry {
-  std::int64_t fields[5];
-  std::int64_t count = 0;
+struct QKSMPTETimecodeFormatDeputy::Entry : detail::ScannedFields {
   char lastSeparator = 0;  // 0: none
-
-  // The last field left, or the answer given where none is.
-  std::int64_t takeOr(std::int64_t none) { return count == 0 ? none : fields[--count]; }
 };
 
 const ClassDescriptor QKSMPTETimecodeFormatDeputy::descriptor{
-    "QKSMPTETimecodeFormatDeputy", "OrbisSMPTETimecodeFormatDeputy", 1, &QKFormatDeputy::descriptor,
-    []() -> Ref<Object> { return std::make_shared<QKSMPTETimecodeFormatDeputy>(); }};
+    "QKSMPTETimecodeFormatDeputy",
+    "OrbisSMPTETimecodeFormatDeputy",
+    1,
+    &QKFormatDeputy::descriptor,
+    []() -> Ref<Object> { return std::make_shared<QKSMPTETimecodeFormatDeputy>(); },
+    [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<QKSMPTETimecodeFormatDeputy>(coder); }};
 
 QKSMPTETimecodeFormatDeputy::QKSMPTETimecodeFormatDeputy() = default;
 QKSMPTETimecodeFormatDeputy::~QKSMPTETimecodeFormatDeputy() = default;
 
-Ref<Object> QKSMPTETimecodeFormatDeputy::copy() const {
-  return std::make_shared<QKSMPTETimecodeFormatDeputy>(*this);
-}
+Ref<Object> QKSMPTETimecodeFormatDeputy::copy() const { return std::make_shared<QKSMPTETimecodeFormatDeputy>(*this); }
 
 // ---- Whole strings ----
 
-std::string QKSMPTETimecodeFormatDeputy::stringForObjectValue(
-    Object* object, const QKTimecodeFormatter& formatter) const {
+std::string QKSMPTETimecodeFormatDeputy::stringForObjectValue(Object* object,
+                                                              const QKTimecodeFormatter& formatter) const {
   std::string text;
   auto* value = protocolCast<QKSMPTETimecode>(object);
   if (!value) return text;
@@ -176,8 +146,7 @@ std::string QKSMPTETimecodeFormatDeputy::stringForObjectValue(
 }
 
 bool QKSMPTETimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::string_view string,
-                                                 const QKTimecodeFormatter& formatter,
-                                                 std::string* error) const {
+                                                 const QKTimecodeFormatter& formatter, std::string* error) const {
   const auto interpretation = formatter.SMPTEStringInterpretation();
   if (QKTimecodeFormatter::_orbSMPTETimecodeFormatterUsesHighOrderTyping() || string.empty() ||
       interpretation == OrbSMPTEStringInterpretationPreservingUpper) {
@@ -191,15 +160,14 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::strin
                     : getObjectValueDiscardingUpper(object, string, formatter, error);
 }
 
-bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(
-    Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
-    std::string* error) const {
+bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(Ref<Object>* object, std::string_view string,
+                                                                const QKTimecodeFormatter& formatter,
+                                                                std::string* error) const {
   Ref<Object> current = formatter.currentTimecode();
   EntryWriter writer(current.get());
   if (!writer.value()) return detail::fail(error, detail::kObjectDoesNotConform);
   Entry entry;
-  if (!scanEntry(&entry, string, 5, current.get()))
-    return detail::fail(error, detail::kIllegalCharacters);
+  if (!scanEntry(&entry, string, 5, current.get())) return detail::fail(error, detail::kIllegalCharacters);
 
   TypedFields typed;
   typed.subframes = 0;
@@ -222,9 +190,9 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(
   return true;
 }
 
-bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(
-    Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
-    std::string* error) const {
+bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* object, std::string_view string,
+                                                                const QKTimecodeFormatter& formatter,
+                                                                std::string* error) const {
   Ref<Object> current = formatter.currentTimecode();
   EntryWriter writer(current.get());
   QKSMPTETimecode* value = writer.value();
@@ -264,34 +232,27 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(
     value->setIsNegative(false);
     writer.write(typed);
   } else {
-    const auto change =
-        sign > 0 ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
-    (value->*change)(typed.hours, typed.minutes, typed.seconds, typed.frames, typed.subframes,
-                     typed.quarterFrames);
+    const auto change = sign > 0 ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
+    (value->*change)(typed.hours, typed.minutes, typed.seconds, typed.frames, typed.subframes, typed.quarterFrames);
   }
   if (object) *object = std::move(current);
   return true;
 }
 
 // Scans a string, with separators put into one that is a bare run of digits.
-bool QKSMPTETimecodeFormatDeputy::scanEntry(Entry* entry, std::string_view string,
-                                            std::int64_t capacity, Object* timecode) const {
+bool QKSMPTETimecodeFormatDeputy::scanEntry(Entry* entry, std::string_view string, std::int64_t capacity,
+                                            Object* timecode) const {
   static const CharacterSet& withoutSlash = *new CharacterSet(",.;:");
   static const CharacterSet& withSlash = *new CharacterSet(",.;:/");
   const CharacterSet& separators = displaysQuarterFrames() ? withSlash : withoutSlash;
-  if (!privateScanStringIntoFieldArray(string, entry->fields, capacity, &entry->count, separators))
-    return false;
+  if (!privateScanStringIntoFieldArray(string, entry->fields, capacity, &entry->count, separators)) return false;
   std::string separated;
   if (entry->count == 1) {
-    separated =
-        privateInsertSeparatorsIntoSMPTENumberString(string, classCast<QKVideoTimecode>(timecode));
-    if (!privateScanStringIntoFieldArray(separated, entry->fields, 5, &entry->count, separators))
-      return false;
+    separated = privateInsertSeparatorsIntoSMPTENumberString(string, classCast<QKVideoTimecode>(timecode));
+    if (!privateScanStringIntoFieldArray(separated, entry->fields, 5, &entry->count, separators)) return false;
     string = separated;
   }
-  const auto isSeparator = [&](char c) {
-    return separators.contains(static_cast<unsigned char>(c));
-  };
+  const auto isSeparator = [&](char c) { return separators.contains(static_cast<unsigned char>(c)); };
   const auto last = std::find_if(string.rbegin(), string.rend(), isSeparator);
   entry->lastSeparator = last == string.rend() ? '\0' : *last;
   entry->count = std::min(entry->count, privateMaximumCurrentFields());
@@ -343,9 +304,7 @@ std::string QKSMPTETimecodeFormatDeputy::defaultNilSymbol() const {
   return std::string(kSymbols[privateMaximumCurrentFields() - 3][separator]);
 }
 
-const Protocol& QKSMPTETimecodeFormatDeputy::requiredProtocol() const {
-  return QKSMPTETimecode::protocol;
-}
+const Protocol& QKSMPTETimecodeFormatDeputy::requiredProtocol() const { return QKSMPTETimecode::protocol; }
 
 // ---- Segments ----
 
@@ -355,10 +314,9 @@ std::int64_t QKSMPTETimecodeFormatDeputy::segmentCountInObjectValue(Object*) con
 
 std::int64_t QKSMPTETimecodeFormatDeputy::segmentTagForIndex(std::int64_t index, Object*) const {
   const auto raise = [this](int line) -> std::int64_t {
-    assertionFailed(
-        {"-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:]", this, kFile, line,
-         "-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] out-of-bounds "
-         "segmentIndex."});
+    assertionFailed({"-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:]", this, kFile, line,
+                     "-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] out-of-bounds "
+                     "segmentIndex."});
     return 0;
   };
   if (index < 0 || index > 4) return raise(596);
@@ -373,44 +331,37 @@ std::int64_t QKSMPTETimecodeFormatDeputy::segmentTagForIndex(std::int64_t index,
 std::int64_t QKSMPTETimecodeFormatDeputy::segmentIndexForTag(std::int64_t tag, Object*) const {
   const std::int64_t hidden = displaysHours_ ? 0 : 1;
   if (tag >= kHours && tag <= kFrames) return tag - hidden;
-  const bool isShown = (tag == kSubframes && displaysSubframes()) ||
-                       (tag == kQuarterFrames && displaysQuarterFrames());
+  const bool isShown = (tag == kSubframes && displaysSubframes()) || (tag == kQuarterFrames && displaysQuarterFrames());
   return isShown ? kFrames + 1 - hidden : -1;
 }
 
-std::int64_t QKSMPTETimecodeFormatDeputy::segmentFieldWidthForTag(std::int64_t tag,
-                                                                  Object* object) const {
+std::int64_t QKSMPTETimecodeFormatDeputy::segmentFieldWidthForTag(std::int64_t tag, Object* object) const {
   if (tag < kHours || tag >= kTagCount) return 0;
   const bool leads = tag == (displaysHours_ ? kHours : kMinutes);
-  if (leads && isNegativeValue(object)) return 3;
+  if (leads && detail::isNegative<QKSMPTETimecode>(object)) return 3;
   return tag == kQuarterFrames ? 1 : 2;
 }
 
-std::int64_t QKSMPTETimecodeFormatDeputy::defaultSelectedSegmentTagInObjectValue(Object*) const {
-  return kFrames;
-}
+std::int64_t QKSMPTETimecodeFormatDeputy::defaultSelectedSegmentTagInObjectValue(Object*) const { return kFrames; }
 
-void QKSMPTETimecodeFormatDeputy::segmentWithTagHasPadding(std::int64_t tag, bool* atLeft,
-                                                           bool* atRight, Object*) const {
+void QKSMPTETimecodeFormatDeputy::segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
+                                                           Object*) const {
   if (tag < kHours || tag >= kTagCount) return;
   if (atLeft) *atLeft = tag == kMinutes ? displaysHours_ : tag != kHours;
   if (atRight) *atRight = tag == kFrames ? showsLowerField() : tag < kFrames;
 }
 
-Range QKSMPTETimecodeFormatDeputy::substringRangeForSegmentWithTag(std::int64_t tag,
-                                                                   Object* object) const {
+Range QKSMPTETimecodeFormatDeputy::substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const {
   const std::int64_t place = std::min<std::int64_t>(tag, kSubframes) - (displaysHours_ ? 0 : 1);
   if (place < 0 || tag >= kTagCount) return {};
-  const bool isNegative = isNegativeValue(object);
+  const bool isNegative = detail::isNegative<QKSMPTETimecode>(object);
   const auto* timecode = classCast<QKVideoTimecode>(object);
-  const bool isWide =
-      (isNegative && place == 0) || (timecode && privateDigitsForFramesWithTimecode(timecode) == 3);
+  const bool isWide = (isNegative && place == 0) || (timecode && privateDigitsForFramesWithTimecode(timecode) == 3);
   const auto location = static_cast<std::uint64_t>(3 * place + (isNegative && place > 0 ? 1 : 0));
   return {location, isWide ? 3U : tag == kQuarterFrames ? 1U : 2U};
 }
 
-NumberFormatter* QKSMPTETimecodeFormatDeputy::formatterForSegmentTag(std::int64_t tag,
-                                                                     Object*) const {
+NumberFormatter* QKSMPTETimecodeFormatDeputy::formatterForSegmentTag(std::int64_t tag, Object*) const {
   switch (tag) {
     case kHours: return displaysHours_ ? &sharedDeputyLeadingTwoDigitNumberFormatter() : nullptr;
     case kMinutes:
@@ -426,8 +377,7 @@ NumberFormatter* QKSMPTETimecodeFormatDeputy::formatterForSegmentTag(std::int64_
 
 // ---- Stepping and typing ----
 
-void QKSMPTETimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result,
-                                                                           std::int64_t tag,
+void QKSMPTETimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
                                                                            std::int64_t increment,
                                                                            Object* object) const {
   auto* old = protocolCast<QKSMPTETimecode>(object);
@@ -437,59 +387,48 @@ void QKSMPTETimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<O
   if (!value || tag < kHours || tag >= kTagCount) return;
 
   std::int64_t amounts[kTagCount] = {};
-  amounts[tag] = saturatingFromUInt64(magnitudeOf(increment));
-  const auto change =
-      increment < 0 ? &QKSMPTETimecode::subtractSMPTEHours : &QKSMPTETimecode::addSMPTEHours;
-  (value->*change)(amounts[kHours], amounts[kMinutes], amounts[kSeconds], amounts[kFrames],
-                   amounts[kSubframes], amounts[kQuarterFrames]);
+  amounts[tag] = detail::stepCount(increment);
+  const auto change = increment < 0 ? &QKSMPTETimecode::subtractSMPTEHours : &QKSMPTETimecode::addSMPTEHours;
+  (value->*change)(amounts[kHours], amounts[kMinutes], amounts[kSeconds], amounts[kFrames], amounts[kSubframes],
+                   amounts[kQuarterFrames]);
 
   const bool isNegative = value->isNegative();
   const bool crossesZero = isNegative != old->isNegative();
-  if (tag > kFrames || (tag != kFrames && !crossesZero) || (tag == kFrames && increment == 0))
-    return;
+  if (tag > kFrames || (tag != kFrames && !crossesZero) || (tag == kFrames && increment == 0)) return;
   std::int64_t lower[kTagCount] = {};  // the fields before the step
-  old->getSMPTEHours(nullptr, &lower[kMinutes], &lower[kSeconds], &lower[kFrames],
-                     &lower[kSubframes], nullptr);
+  old->getSMPTEHours(nullptr, &lower[kMinutes], &lower[kSeconds], &lower[kFrames], &lower[kSubframes], nullptr);
   const bool keepsSubframes = lower[kSubframes] != 0 && showsLowerField();
 
   if (crossesZero) {
     using Setter = void (QKSMPTETimecode::*)(std::int64_t);
-    static constexpr Setter kSetters[] = {
-        &QKSMPTETimecode::setSMPTEHours, &QKSMPTETimecode::setSMPTEMinutes,
-        &QKSMPTETimecode::setSMPTESeconds, &QKSMPTETimecode::setSMPTEFrames};
-    const bool hasLower =
-        std::any_of(lower + tag + 1, lower + kSubframes, [](std::int64_t f) { return f != 0; });
+    static constexpr Setter kSetters[] = {&QKSMPTETimecode::setSMPTEHours, &QKSMPTETimecode::setSMPTEMinutes,
+                                          &QKSMPTETimecode::setSMPTESeconds, &QKSMPTETimecode::setSMPTEFrames};
+    const bool hasLower = std::any_of(lower + tag + 1, lower + kSubframes, [](std::int64_t f) { return f != 0; });
     (value->*kSetters[tag])(hasLower || isNegative || keepsSubframes ? 1 : 0);
     if (hasLower || keepsSubframes) {
-      for (std::int64_t field = tag + 1; field <= kFrames; ++field)
-        (value->*kSetters[field])(lower[field]);
+      for (std::int64_t field = tag + 1; field <= kFrames; ++field) (value->*kSetters[field])(lower[field]);
     }
   }
   value->setSMPTESubframes(lower[kSubframes]);
   value->setIsNegative(isNegative);
 }
 
-bool QKSMPTETimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result,
-                                                                  std::string_view string,
+bool QKSMPTETimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
                                                                   std::int64_t tag, Object* object,
                                                                   std::string* error) const {
   auto* value = protocolCast<QKSMPTETimecode>(object);
   if (!value) return detail::fail(error, detail::kValueDoesNotConform);
-  const NumberFormatter* formatter = formatterForSegmentTag(tag, object);
-  if (!formatter) return detail::failNotVisible(error, tag);
-  Number number;
-  if (!formatter->getNumber(&number, string, error)) return false;
-  const std::int64_t field = massagedFieldValue(number.int64Value(), tag, object);
+  std::int64_t field = 0;
+  if (!detail::readSegment(*this, &field, string, tag, object, error)) return false;
+  field = massagedFieldValue(field, tag, object);
   const bool isNegative = value->isNegative();
   switch (tag) {
     case kHours: value->setSMPTEHours(field); break;
     case kMinutes:
-      if (field == 0 &&
-          value->isDropFrame()) {  // take the minutes off, so that the label keeps its frames
+      if (field == 0 && value->isDropFrame()) {  // take the minutes off, so that the label keeps its frames
         std::int64_t minutes = 0;
         value->getSMPTEHours(nullptr, &minutes, nullptr, nullptr, nullptr, nullptr);
-        const auto change =
-            isNegative ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
+        const auto change = isNegative ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
         (value->*change)(0, minutes, 0, 0, 0, 0);
       } else {
         value->setSMPTEMinutes(field);
@@ -505,14 +444,53 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* r
   return true;
 }
 
+// ---- Coding ----
+
+QKSMPTETimecodeFormatDeputy::QKSMPTETimecodeFormatDeputy(KeyedCoder& coder) {
+  const DecodingRegistration registration(coder, descriptor);
+  displaysFrames_ = true;  // a version below 1 has no flag for it
+  if (coder.allowsKeyedCoding()) {
+    const std::int64_t archivedVersion = coder.decodeInteger("OrbisSMPTETimecodeFormatDeputyVersion");
+    displaysSubframes_ = coder.decodeBool("OSTFDisplaysSubframes");
+    displaysQuarterFrames_ = coder.decodeBool("OSTFDisplaysQuarterFrames");
+    displaysHours_ = coder.decodeBool("OSTFDisplaysHours");
+    has24HourRollover_ = coder.decodeBool("OSTFHas24HourRollover");
+    if (archivedVersion >= 1) displaysFrames_ = coder.decodeBool("oStf_displaysFrames");
+    return;
+  }
+  Number values[4];
+  coder.decodeValues("iiii", values);
+  displaysSubframes_ = values[0].boolValue();
+  displaysQuarterFrames_ = values[1].boolValue();
+  displaysHours_ = values[2].boolValue();
+  has24HourRollover_ = values[3].boolValue();
+  if (coder.versionForClassName("OrbisSMPTETimecodeFormatDeputy") >= 1) {
+    coder.decodeValues("i", std::span<Number>(values, 1));
+    displaysFrames_ = values[0].boolValue();
+  }
+}
+
+void QKSMPTETimecodeFormatDeputy::encodeWithCoder(KeyedCoder& coder) const {
+  if (!coder.allowsKeyedCoding()) {
+    coder.encodeValues("iiiii", {int{displaysSubframes_}, int{displaysQuarterFrames_}, int{displaysHours_},
+                                 int{has24HourRollover_}, int{displaysFrames_}});
+    return;
+  }
+  coder.encodeInteger(version(), "OrbisSMPTETimecodeFormatDeputyVersion");
+  coder.encodeBool(displaysSubframes_, "OSTFDisplaysSubframes");
+  coder.encodeBool(displaysQuarterFrames_, "OSTFDisplaysQuarterFrames");
+  coder.encodeBool(displaysHours_, "OSTFDisplaysHours");
+  coder.encodeBool(has24HourRollover_, "OSTFHas24HourRollover");
+  coder.encodeBool(displaysFrames_, "oStf_displaysFrames");
+}
+
 // ---- For subclasses ----
 
 std::int64_t QKSMPTETimecodeFormatDeputy::privateMaximumCurrentFields() const {
   return (displaysHours_ ? 5 : 4) - (showsLowerField() ? 0 : 1);
 }
 
-std::int64_t QKSMPTETimecodeFormatDeputy::privateDigitsForFramesWithTimecode(
-    const QKVideoTimecode* timecode) {
+std::int64_t QKSMPTETimecodeFormatDeputy::privateDigitsForFramesWithTimecode(const QKVideoTimecode* timecode) {
   return timecode && timecode->videoFrameRate() > kThreeDigitRate ? 3 : 2;
 }
 

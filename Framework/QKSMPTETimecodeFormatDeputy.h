@@ -7,7 +7,7 @@
 //
 // Segment tags: 0 hours, 1 minutes, 2 seconds, 3 frames, 4 subframes, 5 quarter frames.
 //
-// Rooms: Options; Whole strings; Segments; Stepping and typing; For subclasses; Storage.
+// Rooms: Options; Whole strings; Segments; Stepping and typing; Coding; For subclasses; Storage.
 #pragma once
 
 #include "QKFormatDeputy.h"
@@ -60,14 +60,13 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   // ---- Whole strings ----
 
   // With hours hidden, the value's own hours are set to 0 first, on purpose.
-  std::string stringForObjectValue(Object* object,
-                                   const QKTimecodeFormatter& formatter) const override;
+  std::string stringForObjectValue(Object* object, const QKTimecodeFormatter& formatter) const override;
 
   // Bare digits fill the fields from the right: "1234" is 12 seconds 34 frames. A sign makes the entry an amount to add
   // or subtract; "" only clears the sign. With hours and rollover shown, typed hours keep the day of a value past 24
   // hours. Fails with "Illegal characters." or "Unknown OrbSMPTEStringInterpretation".
-  bool getObjectValue(Ref<Object>* object, std::string_view string,
-                      const QKTimecodeFormatter& formatter, std::string* error) const override;
+  bool getObjectValue(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
+                      std::string* error) const override;
 
   // Digits and ",.;:", and "/" with quarter frames.
   CharacterSet legalCharacterSet() const override;
@@ -85,8 +84,7 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   std::int64_t segmentFieldWidthForTag(std::int64_t tag, Object* object) const override;
   // Frames.
   std::int64_t defaultSelectedSegmentTagInObjectValue(Object* object) const override;
-  void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
-                                Object* object) const override;
+  void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight, Object* object) const override;
   // For a value with three frame digits every range is three long, on purpose.
   Range substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const override;
   NumberFormatter* formatterForSegmentTag(std::int64_t tag, Object* object) const override;
@@ -95,12 +93,16 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
 
   // A step through zero mirrors the value: the stepped field reads 1, the lower ones keep their digits.
   // 00:00:00:10 down a minute is -00:01:00:10.
-  void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
-                                                std::int64_t increment,
+  void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag, std::int64_t increment,
                                                 Object* object) const override;
-  bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
-                                       std::int64_t tag, Object* object,
+  bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string, std::int64_t tag, Object* object,
                                        std::string* error) const override;
+
+  // ---- Coding ----
+
+  static std::int64_t version() { return descriptor.version; }
+  explicit QKSMPTETimecodeFormatDeputy(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
 
  protected:
   // ---- For subclasses ----
@@ -114,18 +116,15 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   // "1234567" as "1:23:45:67", with "." or "/" before the lowest field where one is shown; "" without digits in front.
   std::string privateInsertSeparatorsIntoSMPTENumberString(std::string_view string,
                                                            const QKVideoTimecode* timecode) const;
-  bool getObjectValuePreservingUpper(Ref<Object>* object, std::string_view string,
-                                     const QKTimecodeFormatter& formatter,
+  bool getObjectValuePreservingUpper(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
                                      std::string* error) const;
-  bool getObjectValueDiscardingUpper(Ref<Object>* object, std::string_view string,
-                                     const QKTimecodeFormatter& formatter,
+  bool getObjectValueDiscardingUpper(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
                                      std::string* error) const;
 
  private:
   struct Entry;
 
-  bool scanEntry(Entry* entry, std::string_view string, std::int64_t capacity,
-                 Object* timecode) const;
+  bool scanEntry(Entry* entry, std::string_view string, std::int64_t capacity, Object* timecode) const;
   bool showsLowerField() const { return displaysSubframes() || displaysQuarterFrames(); }
 
   // ---- Storage ----

@@ -1,8 +1,13 @@
 #include "QKTimecodeFormatter.h"
 
 #include "../Platform/IntegerMath.h"
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/Reports.h"
-#include "QKVideoTimecode.h"
+#include "QKHMSTimecodeFormatDeputy.h"
+#include "QKOneDFramesTimecodeFormatDeputy.h"
+#include "QKOneDTimeTimecodeFormatDeputy.h"
+#include "QKTimecode.h"
+#include "detail/DeputySupport.h"
 #include "detail/ParseText.h"
 
 #include <algorithm>
@@ -21,11 +26,6 @@ int compareValues(Object* a, const Ref<Object>& b) {
   return timecode ? timecode->compare(*b) : 0;
 }
 
-bool isNegativeValue(Object* object) {
-  const auto* timecode = protocolCast<QKBasicTimecode>(object);
-  return timecode && timecode->isNegative();
-}
-
 // Brings a result whose ticks have run over back to the furthest time that they count, at the timescale of the value that
 // it came from.
 void holdInRange(Object* result, const Object* origin) {
@@ -34,8 +34,7 @@ void holdInRange(Object* result, const Object* origin) {
   const auto* from = classCast<QKVideoTimecode>(origin);
   const std::int32_t timescale = from ? from->timeValue().timescale : 0;
   const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
-  timecode->setTimeValue(
-      MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale > 0 ? timescale : 1));
+  timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale > 0 ? timescale : 1));
 }
 
 Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }
@@ -59,12 +58,19 @@ struct QKTimecodeFormatter::Bounds {
 // ---- The deputies ----
 
 const ClassDescriptor _QKTimecodeFormatterDeputyCollection::descriptor{
-    "_QKTimecodeFormatterDeputyCollection", "_OrbisTimecodeFormatterDeputyCollection", 0,
+    "_QKTimecodeFormatterDeputyCollection",
+    "_OrbisTimecodeFormatterDeputyCollection",
+    0,
     &Object::descriptor,
-    []() -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(); }};
+    []() -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(); },
+    [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(coder); }};
 
 _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection() {
   deputies_[QKTimecodeFormatSMPTE] = std::make_shared<QKSMPTETimecodeFormatDeputy>();
+  deputies_[QKTimecodeFormatHMS] = std::make_shared<QKHMSTimecodeFormatDeputy>();
+  deputies_[QKTimecodeFormatVideoFrames] = std::make_shared<QKOneDVideoTimecodeFormatDeputy>();
+  deputies_[QKTimecodeFormatAudioFrames] = std::make_shared<QKOneDAudioTimecodeFormatDeputy>();
+  deputies_[QKTimecodeFormatSeconds] = std::make_shared<QKOneDTimeTimecodeFormatDeputy>();
 }
 
 _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(
@@ -76,36 +82,32 @@ _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(
 _QKTimecodeFormatterDeputyCollection& _QKTimecodeFormatterDeputyCollection::operator=(
     const _QKTimecodeFormatterDeputyCollection& other) {
   if (this == &other) return *this;
-  std::transform(
-      other.deputies_.begin(), other.deputies_.end(), deputies_.begin(),
-      [](const Ref<QKFormatDeputy>& deputy) { return deputy ? copyOf(*deputy) : nullptr; });
+  std::transform(other.deputies_.begin(), other.deputies_.end(), deputies_.begin(),
+                 [](const Ref<QKFormatDeputy>& deputy) { return deputy ? copyOf(*deputy) : nullptr; });
   return *this;
 }
 
 _QKTimecodeFormatterDeputyCollection::~_QKTimecodeFormatterDeputyCollection() = default;
 
 void* _QKTimecodeFormatterDeputyCollection::asProtocol(const Protocol& protocol) {
-  return &protocol == &Copying::protocol ? this : nullptr;
+  return &protocol == &Copying::protocol || &protocol == &Coding::protocol ? this : nullptr;
 }
 
 Ref<Object> _QKTimecodeFormatterDeputyCollection::copy() const {
   return std::make_shared<_QKTimecodeFormatterDeputyCollection>(*this);
 }
 
-Ref<QKFormatDeputy> _QKTimecodeFormatterDeputyCollection::deputyForFormat(
-    QKTimecodeFormat format) const {
+Ref<QKFormatDeputy> _QKTimecodeFormatterDeputyCollection::deputyForFormat(QKTimecodeFormat format) const {
   const auto index = static_cast<std::uint64_t>(format);
   return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)] : nullptr;
 }
 
-QKFormatDeputy* _QKTimecodeFormatterDeputyCollection::borrowedDeputyForFormat(
-    QKTimecodeFormat format) const {
+QKFormatDeputy* _QKTimecodeFormatterDeputyCollection::borrowedDeputyForFormat(QKTimecodeFormat format) const {
   const auto index = static_cast<std::uint64_t>(format);
   return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
-void _QKTimecodeFormatterDeputyCollection::setDeputy(Ref<QKFormatDeputy> deputy,
-                                                     QKTimecodeFormat format) {
+void _QKTimecodeFormatterDeputyCollection::setDeputy(Ref<QKFormatDeputy> deputy, QKTimecodeFormat format) {
   const auto index = static_cast<std::uint64_t>(format);
   if (index < deputies_.size()) deputies_[static_cast<std::size_t>(index)] = std::move(deputy);
 }
@@ -113,15 +115,16 @@ void _QKTimecodeFormatterDeputyCollection::setDeputy(Ref<QKFormatDeputy> deputy,
 // ---- Making ----
 
 const ClassDescriptor QKTimecodeFormatter::descriptor{
-    "QKTimecodeFormatter", "OrbisTimecodeFormatter", 4, &Formatter::descriptor,
-    []() -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(); }};
+    "QKTimecodeFormatter",
+    "OrbisTimecodeFormatter",
+    4,
+    &Formatter::descriptor,
+    []() -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(); },
+    [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(coder); }};
 
-QKTimecodeFormatter::QKTimecodeFormatter()
-    : defaultObjectPrototype_(std::make_shared<QKVideoTimecode>()) {}
+QKTimecodeFormatter::QKTimecodeFormatter() : defaultObjectPrototype_(std::make_shared<QKTimecode>()) {}
 
-QKTimecodeFormatter::QKTimecodeFormatter(const QKTimecodeFormatter& other) : Formatter(other) {
-  *this = other;
-}
+QKTimecodeFormatter::QKTimecodeFormatter(const QKTimecodeFormatter& other) : Formatter(other) { *this = other; }
 
 QKTimecodeFormatter& QKTimecodeFormatter::operator=(const QKTimecodeFormatter& other) {
   if (this == &other) return *this;
@@ -137,17 +140,13 @@ QKTimecodeFormatter& QKTimecodeFormatter::operator=(const QKTimecodeFormatter& o
   return *this;
 }
 
-QKTimecodeFormatter::~QKTimecodeFormatter() {
-  NotificationCenter::defaultCenter().removeObserversOf(this);
-}
+QKTimecodeFormatter::~QKTimecodeFormatter() { NotificationCenter::defaultCenter().removeObserversOf(this); }
 
 void* QKTimecodeFormatter::asProtocol(const Protocol& protocol) {
-  return &protocol == &Copying::protocol ? this : nullptr;
+  return &protocol == &Copying::protocol || &protocol == &Coding::protocol ? this : nullptr;
 }
 
-Ref<Object> QKTimecodeFormatter::copy() const {
-  return std::make_shared<QKTimecodeFormatter>(*this);
-}
+Ref<Object> QKTimecodeFormatter::copy() const { return std::make_shared<QKTimecodeFormatter>(*this); }
 
 // ---- Properties ----
 
@@ -175,22 +174,16 @@ void QKTimecodeFormatter::setAllowsNegative(bool flag) {
 
 Ref<Object> QKTimecodeFormatter::minimum() const { return copyOrNull(minimumTimecode_); }
 
-void QKTimecodeFormatter::setMinimum(Object* minimum) {
-  setBound(&minimumTimecode_, maximumTimecode_, 1, minimum);
-}
+void QKTimecodeFormatter::setMinimum(Object* minimum) { setBound(&minimumTimecode_, maximumTimecode_, 1, minimum); }
 
 Ref<Object> QKTimecodeFormatter::maximum() const { return copyOrNull(maximumTimecode_); }
 
-void QKTimecodeFormatter::setMaximum(Object* maximum) {
-  setBound(&maximumTimecode_, minimumTimecode_, -1, maximum);
-}
+void QKTimecodeFormatter::setMaximum(Object* maximum) { setBound(&maximumTimecode_, minimumTimecode_, -1, maximum); }
 
 // `clampedSide` is the order of a bound that lies on the wrong side of the other one.
-void QKTimecodeFormatter::setBound(Ref<Object>* bound, const Ref<Object>& otherBound,
-                                   int clampedSide, Object* object) {
+void QKTimecodeFormatter::setBound(Ref<Object>* bound, const Ref<Object>& otherBound, int clampedSide, Object* object) {
   privateVerifyAsBound(object);
-  if (object && otherBound && compareValues(object, otherBound) * clampedSide > 0)
-    object = otherBound.get();
+  if (object && otherBound && compareValues(object, otherBound) * clampedSide > 0) object = otherBound.get();
   if (object == bound->get()) return;
   *bound = object ? object->copy() : nullptr;
   if (!allowsNegative_) clearNegativeBounds();
@@ -203,13 +196,13 @@ bool QKTimecodeFormatter::clearNegativeBounds() {
 }
 
 void QKTimecodeFormatter::privateVerifyAsBound(Object* object) const {
-  if (!object ||
-      (conformsTo(object, Copying::protocol) && conformsTo(object, QKBasicTimecode::protocol)))
+  if (!object || (conformsTo(object, Copying::protocol) && conformsTo(object, Coding::protocol) &&
+                  conformsTo(object, QKBasicTimecode::protocol))) {
     return;
-  assertionFailed(
-      {"-[QKTimecodeFormatter privateVerifyAsBound:]", this, kFile, __LINE__,
-       "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to "
-       "QKBasicTimecode, Copying and Coding protocols and also implement -compare:"});
+  }
+  assertionFailed({"-[QKTimecodeFormatter privateVerifyAsBound:]", this, kFile, __LINE__,
+                   "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to "
+                   "QKBasicTimecode, Copying and Coding protocols and also implement -compare:"});
 }
 
 std::optional<std::string> QKTimecodeFormatter::defaultNilSymbol() const {
@@ -217,12 +210,10 @@ std::optional<std::string> QKTimecodeFormatter::defaultNilSymbol() const {
   return deputy ? std::optional(deputy->defaultNilSymbol()) : std::nullopt;
 }
 
-Ref<Object> QKTimecodeFormatter::defaultObjectPrototype() const {
-  return copyOrNull(defaultObjectPrototype_);
-}
+Ref<Object> QKTimecodeFormatter::defaultObjectPrototype() const { return copyOrNull(defaultObjectPrototype_); }
 
 void QKTimecodeFormatter::setDefaultObjectPrototype(Ref<Object> prototype) {
-  defaultObjectPrototype_ = prototype ? std::move(prototype) : std::make_shared<QKVideoTimecode>();
+  defaultObjectPrototype_ = prototype ? std::move(prototype) : std::make_shared<QKTimecode>();
 }
 
 void QKTimecodeFormatter::_setOrbSMPTETimecodeFormatterUsesHighOrderTyping(bool flag) {
@@ -235,21 +226,18 @@ bool QKTimecodeFormatter::_orbSMPTETimecodeFormatterUsesHighOrderTyping() {
 }
 
 void QKTimecodeFormatter::postFormatChanged(bool minOrMaxChanged) const {
-  static const UserInfo& info =
-      *new UserInfo{{std::string(QKTimecodeFormatterMinOrMaxChanged), Number::boolean(true)}};
+  static const UserInfo& info = *new UserInfo{{std::string(QKTimecodeFormatterMinOrMaxChanged), Number::boolean(true)}};
   NotificationCenter::defaultCenter().post(QKTimecodeFormatterFormatChangedNotification, this,
                                            minOrMaxChanged ? &info : nullptr);
 }
 
 // ---- Whole strings ----
 
-QKFormatDeputy* QKTimecodeFormatter::activeDeputy() const {
-  return formatDeputies_.borrowedDeputyForFormat(format_);
-}
+QKFormatDeputy* QKTimecodeFormatter::activeDeputy() const { return formatDeputies_.borrowedDeputyForFormat(format_); }
 
 std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* object) const {
   if (!object) return nilSymbol_ ? nilSymbol_ : defaultNilSymbol();
-  if (!allowsNegative_ && isNegativeValue(object)) {
+  if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(object)) {
     assertionFailed({"-[QKTimecodeFormatter stringForObjectValue:]", this, kFile, 748,
                      "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter "
                      "that doesn't accept "
@@ -270,8 +258,7 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
   return deputy->stringForObjectValue(object, *this);
 }
 
-bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string,
-                                         std::string* error) {
+bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   const QKFormatDeputy* deputy = activeDeputy();
   if (nilSymbol_ || deputy) {
     if (string == (nilSymbol_ ? *nilSymbol_ : deputy->defaultNilSymbol())) {
@@ -289,17 +276,14 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
   if (!deputy->getObjectValue(&result, string, *this, error)) return false;
   holdInRange(result.get(), currentTimecode_.get());
   if (auto* timecode = protocolCast<QKBasicTimecode>(result.get())) {
-    if (!allowsNegative_ && isNegativeValue(result.get())) timecode->clearTimecode();
+    if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(result.get())) timecode->clearTimecode();
     const Bounds bounds = effectiveBounds(result.get());
-    if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0)
-      result = bounds.lowest->copy();
-    if (bounds.highest && compareValues(result.get(), bounds.highest) > 0)
-      result = bounds.highest->copy();
+    if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0) result = bounds.lowest->copy();
+    if (bounds.highest && compareValues(result.get(), bounds.highest) > 0) result = bounds.highest->copy();
   } else {
-    assertionFailed(
-        {"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
-         "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy "
-         "returned a non-timecode object"});
+    assertionFailed({"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
+                     "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy "
+                     "returned a non-timecode object"});
   }
   if (object) *object = std::move(result);
   return true;
@@ -333,17 +317,14 @@ QKTimecodeFormatter::Bounds QKTimecodeFormatter::effectiveBounds(Object* object)
   if (allowsNegative_) {
     Ref<Object> floor = ceiling->copy();
     protocolCast<QKBasicTimecode>(floor.get())->setIsNegative(true);
-    if (!bounds.lowest || compareValues(floor.get(), bounds.lowest) > 0)
-      bounds.lowest = std::move(floor);
+    if (!bounds.lowest || compareValues(floor.get(), bounds.lowest) > 0) bounds.lowest = std::move(floor);
   }
   return bounds;
 }
 
-bool QKTimecodeFormatter::isPartialStringValid(std::string_view partial,
-                                               std::optional<std::string>* newString,
+bool QKTimecodeFormatter::isPartialStringValid(std::string_view partial, std::optional<std::string>* newString,
                                                std::string* error) const {
-  if (!partial.empty() && CharacterSet::whitespace().contains(decodeCharacter(partial).character))
-    return false;
+  if (!partial.empty() && CharacterSet::whitespace().contains(decodeCharacter(partial).character)) return false;
   if (newString) newString->reset();
   const QKFormatDeputy* deputy = activeDeputy();
   return deputy && deputy->isPartialStringValid(partial, error);
@@ -395,9 +376,8 @@ std::int64_t QKTimecodeFormatter::segmentIndexForTag(std::int64_t tag, Object* o
 std::int64_t QKTimecodeFormatter::segmentFieldWidthForTag(std::int64_t tag, Object* object) const {
   if (!object) return static_cast<std::int64_t>(std::max<std::uint64_t>(nilSymbolLength(), 1));
   if (!conformsTo(object, QKBasicTimecode::protocol)) {
-    assertionFailed(
-        {"-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:]", this, kFile, 1095,
-         "-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:] - illegal value"});
+    assertionFailed({"-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:]", this, kFile, 1095,
+                     "-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:] - illegal value"});
   }
   const QKFormatDeputy* deputy = deputyShowing(tag, object);
   return deputy ? deputy->segmentFieldWidthForTag(tag, object) : 0;
@@ -421,11 +401,10 @@ Range QKTimecodeFormatter::substringRangeForSegmentWithTag(std::int64_t tag, Obj
   if (!object) return {0, nilSymbolLength()};
   const QKFormatDeputy* deputy = tag == kNoSegmentTag ? nullptr : deputyShowing(tag, object);
   if (!deputy) return {};
-  if (!allowsNegative_ && isNegativeValue(object)) {
-    assertionFailed(
-        {"-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:]", this, kFile, 1141,
-         "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode "
-         "in formatter that doesn't allow negative"});
+  if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(object)) {
+    assertionFailed({"-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:]", this, kFile, 1141,
+                     "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode "
+                     "in formatter that doesn't allow negative"});
   }
   return deputy->substringRangeForSegmentWithTag(tag, object);
 }
@@ -435,12 +414,10 @@ Formatter* QKTimecodeFormatter::formatterForSegmentTag(std::int64_t tag, Object*
   if (!deputy) return nullptr;
   NumberFormatter* formatter = deputy->formatterForSegmentTag(tag, object);
   if (!formatter) return this;
-  return deputy->segmentIndexForTag(tag, object) == 0 ? leadingFormatter(*formatter, tag)
-                                                      : formatter;
+  return deputy->segmentIndexForTag(tag, object) == 0 ? leadingFormatter(*formatter, tag) : formatter;
 }
 
-NumberFormatter* QKTimecodeFormatter::leadingFormatter(const NumberFormatter& deputys,
-                                                       std::int64_t tag) {
+NumberFormatter* QKTimecodeFormatter::leadingFormatter(const NumberFormatter& deputys, std::int64_t tag) {
   Ref<NumberFormatter>& own = leadingFormatters_[{format_, tag}];
   if (own && &own->classDescriptor() == &deputys.classDescriptor()) {
     *own = deputys;
@@ -458,8 +435,7 @@ bool QKTimecodeFormatter::allowsSegmentEditing() const {
 
 // ---- Stepping and typing ----
 
-void QKTimecodeFormatter::imposeSegmentBounds(Ref<Object>* result, std::int64_t tag,
-                                              Object* object) const {
+void QKTimecodeFormatter::imposeSegmentBounds(Ref<Object>* result, std::int64_t tag, Object* object) const {
   const QKFormatDeputy* deputy = activeDeputy();
   const Bounds bounds = effectiveBounds(result->get());
   if (bounds.lowest && compareValues(result->get(), bounds.lowest) < 0) {
@@ -470,10 +446,8 @@ void QKTimecodeFormatter::imposeSegmentBounds(Ref<Object>* result, std::int64_t 
   }
 }
 
-void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result,
-                                                                   std::int64_t tag,
-                                                                   std::int64_t increment,
-                                                                   Object* object) const {
+void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
+                                                                   std::int64_t increment, Object* object) const {
   const Ref<Object> prototype = object ? nullptr : defaultObjectPrototype();
   if (!object) object = prototype.get();
   if (!conformsTo(object, QKBasicTimecode::protocol)) {
@@ -495,7 +469,7 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   if (!stepped) return;
   holdInRange(stepped.get(), object);
   imposeSegmentBounds(&stepped, tag, object);
-  if (!allowsNegative_ && isNegativeValue(stepped.get())) {
+  if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(stepped.get())) {
     const Ref<Object> copy = object->copy();
     stepped = nullptr;
     deputy->getObjectValueZeroingSegmentWithTag(&stepped, tag, copy.get());
@@ -504,9 +478,8 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   *result = std::move(stepped);
 }
 
-bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result,
-                                                          std::string_view string, std::int64_t tag,
-                                                          Object* object, std::string* error) {
+bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
+                                                          std::int64_t tag, Object* object, std::string* error) {
   const Ref<Object> prototype = object ? nullptr : defaultObjectPrototype();
   if (!object) object = prototype.get();
   const QKFormatDeputy* deputy = deputyServing(object);
@@ -515,8 +488,7 @@ bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result,
   if (index < 0) return detail::failNotVisible(error, tag);
   if (index == 0) {
     const NumberFormatter* shared = deputy->formatterForSegmentTag(tag, object);
-    if (shared && !leadingFormatter(*shared, tag)->getObjectValue(nullptr, string, error))
-      return false;
+    if (shared && !leadingFormatter(*shared, tag)->getObjectValue(nullptr, string, error)) return false;
   }
   Ref<Object> typed;
   if (!deputy->getObjectValueForSegmentWithTag(&typed, string, tag, object, error)) return false;
@@ -530,75 +502,98 @@ bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result,
 namespace {
 
 template <class Deputy>
-Deputy* deputyOfClass(const _QKTimecodeFormatterDeputyCollection& deputies,
-                      QKTimecodeFormat format) {
+Deputy* deputyOfClass(const _QKTimecodeFormatterDeputyCollection& deputies, QKTimecodeFormat format) {
   return classCast<Deputy>(static_cast<Object*>(deputies.borrowedDeputyForFormat(format)));
 }
 
 }  // namespace
 
-void QKTimecodeFormatter::changeSMPTESetting(bool flag,
-                                             bool (QKSMPTETimecodeFormatDeputy::*get)() const,
-                                             void (QKSMPTETimecodeFormatDeputy::*set)(bool)) {
-  auto* deputy = deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  if (!deputy || (deputy->*get)() == flag) return;
-  (deputy->*set)(flag);
+// The value of one setting of a deputy; 0 or false where the deputy is absent or of another class.
+template <class Deputy, class Value>
+Value QKTimecodeFormatter::deputySetting(QKTimecodeFormat format, Value (Deputy::*get)() const) const {
+  const auto* deputy = deputyOfClass<Deputy>(formatDeputies_, format);
+  return deputy ? (deputy->*get)() : Value{};
+}
+
+template <class Deputy, class Value>
+void QKTimecodeFormatter::setDeputySetting(QKTimecodeFormat format, Value (Deputy::*get)() const,
+                                           void (Deputy::*set)(Value), Value value) {
+  auto* deputy = deputyOfClass<Deputy>(formatDeputies_, format);
+  if (!deputy || (deputy->*get)() == value) return;
+  (deputy->*set)(value);
   postFormatChanged(false);
 }
 
 bool QKTimecodeFormatter::SMPTEDisplaysHours() const {
-  const auto* deputy =
-      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  return deputy && deputy->displaysHours();
+  return deputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysHours);
 }
 
 void QKTimecodeFormatter::setSMPTEDisplaysHours(bool flag) {
-  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysHours,
-                     &QKSMPTETimecodeFormatDeputy::setDisplaysHours);
+  setDeputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysHours,
+                   &QKSMPTETimecodeFormatDeputy::setDisplaysHours, flag);
 }
 
 bool QKTimecodeFormatter::SMPTEDisplaysFrames() const {
-  const auto* deputy =
-      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  return deputy && deputy->displaysFrames();
+  return deputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysFrames);
 }
 
 void QKTimecodeFormatter::setSMPTEDisplaysFrames(bool flag) {
-  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysFrames,
-                     &QKSMPTETimecodeFormatDeputy::setDisplaysFrames);
+  setDeputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysFrames,
+                   &QKSMPTETimecodeFormatDeputy::setDisplaysFrames, flag);
 }
 
 bool QKTimecodeFormatter::SMPTEDisplaysSubframes() const {
-  const auto* deputy =
-      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  return deputy && deputy->displaysSubframes();
+  return deputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysSubframes);
 }
 
 void QKTimecodeFormatter::setSMPTEDisplaysSubframes(bool flag) {
-  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysSubframes,
-                     &QKSMPTETimecodeFormatDeputy::setDisplaysSubframes);
+  setDeputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysSubframes,
+                   &QKSMPTETimecodeFormatDeputy::setDisplaysSubframes, flag);
 }
 
 bool QKTimecodeFormatter::SMPTEDisplaysQuarterFrames() const {
-  const auto* deputy =
-      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  return deputy && deputy->displaysQuarterFrames();
+  return deputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysQuarterFrames);
 }
 
 void QKTimecodeFormatter::setSMPTEDisplaysQuarterFrames(bool flag) {
-  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::displaysQuarterFrames,
-                     &QKSMPTETimecodeFormatDeputy::setDisplaysQuarterFrames);
+  setDeputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::displaysQuarterFrames,
+                   &QKSMPTETimecodeFormatDeputy::setDisplaysQuarterFrames, flag);
 }
 
 bool QKTimecodeFormatter::SMPTEHas24HourRollover() const {
-  const auto* deputy =
-      deputyOfClass<QKSMPTETimecodeFormatDeputy>(formatDeputies_, QKTimecodeFormatSMPTE);
-  return deputy && deputy->has24HourRollover();
+  return deputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::has24HourRollover);
 }
 
 void QKTimecodeFormatter::setSMPTEHas24HourRollover(bool flag) {
-  changeSMPTESetting(flag, &QKSMPTETimecodeFormatDeputy::has24HourRollover,
-                     &QKSMPTETimecodeFormatDeputy::setHas24HourRollover);
+  setDeputySetting(QKTimecodeFormatSMPTE, &QKSMPTETimecodeFormatDeputy::has24HourRollover,
+                   &QKSMPTETimecodeFormatDeputy::setHas24HourRollover, flag);
+}
+
+std::int64_t QKTimecodeFormatter::HMSSecondsDecimalPlaces() const {
+  return deputySetting(QKTimecodeFormatHMS, &QKHMSTimecodeFormatDeputy::secondsDecimalPlaces);
+}
+
+void QKTimecodeFormatter::setHMSSecondsDecimalPlaces(std::int64_t places) {
+  setDeputySetting(QKTimecodeFormatHMS, &QKHMSTimecodeFormatDeputy::secondsDecimalPlaces,
+                   &QKHMSTimecodeFormatDeputy::setSecondsDecimalPlaces, places);
+}
+
+bool QKTimecodeFormatter::HMSHas24HourRollover() const {
+  return deputySetting(QKTimecodeFormatHMS, &QKHMSTimecodeFormatDeputy::has24HourRollover);
+}
+
+void QKTimecodeFormatter::setHMSHas24HourRollover(bool flag) {
+  setDeputySetting(QKTimecodeFormatHMS, &QKHMSTimecodeFormatDeputy::has24HourRollover,
+                   &QKHMSTimecodeFormatDeputy::setHas24HourRollover, flag);
+}
+
+std::uint64_t QKTimecodeFormatter::ODTSecondsDecimalPlaces() const {
+  return deputySetting(QKTimecodeFormatSeconds, &QKOneDTimeTimecodeFormatDeputy::secondsDecimalPlaces);
+}
+
+void QKTimecodeFormatter::setODTSecondsDecimalPlaces(std::uint64_t places) {
+  setDeputySetting(QKTimecodeFormatSeconds, &QKOneDTimeTimecodeFormatDeputy::secondsDecimalPlaces,
+                   &QKOneDTimeTimecodeFormatDeputy::setSecondsDecimalPlaces, places);
 }
 
 bool QKTimecodeFormatter::SMPTEDisplaysFrameDivision() const {
@@ -611,9 +606,149 @@ void QKTimecodeFormatter::setSMPTEDisplaysFrameDivision(bool flag) {
   setSMPTEDisplaysQuarterFrames(false);
 }
 
-std::array<std::string_view, 2>
-QKTimecodeFormatter::keyPathsForValuesAffectingSMPTEDisplaysFrameDivision() {
+std::array<std::string_view, 2> QKTimecodeFormatter::keyPathsForValuesAffectingSMPTEDisplaysFrameDivision() {
   return {"SMPTEDisplaysSubframes", "SMPTEDisplaysQuarterFrames"};
+}
+
+// ---- Coding ----
+
+namespace {
+
+// Every class that a video timecode of the library can have.
+constexpr const ClassDescriptor* kTimecodeClasses[] = {&QKVideoTimecode::descriptor, &QKTimecode::descriptor};
+constexpr const ClassDescriptor* kTextClass[] = {&TextObject::descriptor};
+
+// A format's deputy in an archive: its key in the collection's, and its class; null for one that is absent.
+struct DeputyRow {
+  std::string_view key;
+  const ClassDescriptor* descriptor;
+};
+constexpr DeputyRow kDeputyRows[] = {
+    {"_OrbisTimecodeFormatterDeputyCollectionSMPTE", &QKSMPTETimecodeFormatDeputy::descriptor},
+    {"_OrbisTimecodeFormatterDeputyCollectionHMS", &QKHMSTimecodeFormatDeputy::descriptor},
+    {"_OrbisTimecodeFormatterDeputyCollectionVideo", &QKOneDVideoTimecodeFormatDeputy::descriptor},
+    {"_OrbisTimecodeFormatterDeputyCollectionAudio", &QKOneDAudioTimecodeFormatDeputy::descriptor},
+    {"_OrbisTimecodeFormatterDeputyCollectionSeconds", &QKOneDTimeTimecodeFormatDeputy::descriptor},
+    {"_OrbisTimecodeFormatterDeputyCollectionBarsBeats", nullptr},
+    {"_OrbisTimecodeFormatterDeputyCollectionFeetFrames", nullptr},
+};
+
+// The formats whose deputies the class sets name: the audio frames are left out, on purpose.
+constexpr const ClassDescriptor* kCollectionClasses[] = {
+    &_QKTimecodeFormatterDeputyCollection::descriptor, &QKSMPTETimecodeFormatDeputy::descriptor,
+    &QKHMSTimecodeFormatDeputy::descriptor, &QKOneDVideoTimecodeFormatDeputy::descriptor,
+    &QKOneDTimeTimecodeFormatDeputy::descriptor};
+
+}  // namespace
+
+ClassSet _QKTimecodeFormatterDeputyCollection::keyedUnarchiverClasses() { return kCollectionClasses; }
+
+_QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(KeyedCoder& coder) {
+  const DecodingRegistration registration(coder, descriptor);
+  for (std::size_t i = 0; i < deputies_.size(); ++i) {
+    const DeputyRow& row = kDeputyRows[i];
+    const ClassSet classes(&row.descriptor, row.descriptor ? 1 : 0);
+    const Ref<Object> deputy =
+        coder.allowsKeyedCoding() ? coder.decodeObject(classes, row.key) : coder.decodeObject(classes);
+    if (classCast<QKFormatDeputy>(deputy.get())) deputies_[i] = std::static_pointer_cast<QKFormatDeputy>(deputy);
+  }
+}
+
+void _QKTimecodeFormatterDeputyCollection::encodeWithCoder(KeyedCoder& coder) const {
+  for (std::size_t i = 0; i < deputies_.size(); ++i) {
+    if (coder.allowsKeyedCoding()) {
+      coder.encodeObject(deputies_[i].get(), kDeputyRows[i].key);
+    } else {
+      coder.encodeObject(deputies_[i].get());
+    }
+  }
+}
+
+ClassSet QKTimecodeFormatter::keyedUnarchiverClasses() {
+  static const auto& classes = *[] {
+    auto* all = new std::vector<const ClassDescriptor*>{&QKTimecodeFormatter::descriptor, &QKVideoTimecode::descriptor,
+                                                        &TextObject::descriptor};
+    all->insert(all->end(), std::begin(kCollectionClasses), std::end(kCollectionClasses));
+    return all;
+  }();
+  return classes;
+}
+
+// Reads the deputies of an archive of that version.
+void QKTimecodeFormatter::takeArchivedDeputies(const Ref<Object>& archived, std::int64_t archivedVersion) {
+  if (archivedVersion >= 2) {
+    const auto* collection = classCast<_QKTimecodeFormatterDeputyCollection>(archived.get());
+    if (collection) formatDeputies_ = *collection;
+    return;
+  }
+  const auto* dictionary = classCast<NumberedObjects>(archived.get());
+  if (!dictionary) return;
+  for (const auto& [format, deputy] : dictionary->objects()) {
+    if (!classCast<QKFormatDeputy>(deputy.get())) continue;
+    setDeputy(std::static_pointer_cast<QKFormatDeputy>(deputy), static_cast<QKTimecodeFormat>(format));
+  }
+}
+
+QKTimecodeFormatter::QKTimecodeFormatter(KeyedCoder& coder) {
+  const DecodingRegistration registration(coder, descriptor);
+  const bool isKeyed = coder.allowsKeyedCoding();
+  const std::int64_t archivedVersion = isKeyed ? coder.decodeInteger("OrbisTimecodeFormatterVersion")
+                                               : coder.versionForClassName("OrbisTimecodeFormatter");
+  const auto decodeObject = [&](ClassSet classes, std::string_view key) {
+    return isKeyed ? coder.decodeObject(classes, key) : coder.decodeObject(classes);
+  };
+  const auto decodeInteger = [&](std::string_view key) {
+    if (isKeyed) return coder.decodeInteger(key);
+    Number value;
+    coder.decodeValues("i", std::span<Number>(&value, 1));
+    return value.int64Value();
+  };
+
+  std::vector<const ClassDescriptor*> deputyClasses{&_QKTimecodeFormatterDeputyCollection::descriptor,
+                                                    &NumberedObjects::descriptor};
+  for (const DeputyRow& row : kDeputyRows) {
+    if (row.descriptor) deputyClasses.push_back(row.descriptor);
+  }
+  takeArchivedDeputies(decodeObject(deputyClasses, "OTFFormatDeputies"), archivedVersion);
+  format_ = static_cast<QKTimecodeFormat>(decodeInteger("OTFFormat"));
+  allowsNegative_ = isKeyed ? coder.decodeBool("OTFAllowsNegative") : decodeInteger({}) != 0;
+  minimumTimecode_ = decodeObject(kTimecodeClasses, "OTFMinimumTimecode");
+  maximumTimecode_ = decodeObject(kTimecodeClasses, "OTFMaximumTimecode");
+  if (isKeyed || archivedVersion >= 1) {
+    const Ref<Object> symbol = decodeObject(kTextClass, "OTFNilSymbol");
+    if (const auto* text = classCast<TextObject>(symbol.get())) nilSymbol_ = text->text();
+    defaultObjectPrototype_ = decodeObject(kTimecodeClasses, "OTFDefaultObjectPrototype");
+  }
+  if (archivedVersion >= 3) {
+    SMPTEStringInterpretation_ =
+        static_cast<OrbSMPTEStringInterpretation>(decodeInteger("OTFSMPTEStringInterpretation"));
+  }
+  setDefaultObjectPrototype(std::move(defaultObjectPrototype_));
+  if (archivedVersion <= 3 && nilSymbol_ && nilSymbol_->empty()) nilSymbol_ = std::nullopt;
+}
+
+void QKTimecodeFormatter::encodeWithCoder(KeyedCoder& coder) const {
+  const std::optional<TextObject> symbol = nilSymbol_ ? std::optional<TextObject>(*nilSymbol_) : std::nullopt;
+  const Object* const symbolObject = symbol ? &*symbol : nullptr;
+  if (!coder.allowsKeyedCoding()) {
+    coder.encodeObject(&formatDeputies_);
+    coder.encodeValues("ii", {std::int64_t{format_}, allowsNegative_ ? 1 : 0});
+    coder.encodeObject(minimumTimecode_.get());
+    coder.encodeObject(maximumTimecode_.get());
+    coder.encodeObject(symbolObject);
+    coder.encodeObject(defaultObjectPrototype_.get());
+    coder.encodeValues("i", {std::int64_t{SMPTEStringInterpretation_}});
+    return;
+  }
+  coder.encodeInteger(version(), "OrbisTimecodeFormatterVersion");
+  coder.encodeObject(&formatDeputies_, "OTFFormatDeputies");
+  coder.encodeInteger(format_, "OTFFormat");
+  coder.encodeBool(allowsNegative_, "OTFAllowsNegative");
+  coder.encodeObject(minimumTimecode_.get(), "OTFMinimumTimecode");
+  coder.encodeObject(maximumTimecode_.get(), "OTFMaximumTimecode");
+  coder.encodeObject(symbolObject, "OTFNilSymbol");
+  coder.encodeObject(defaultObjectPrototype_.get(), "OTFDefaultObjectPrototype");
+  coder.encodeInteger(SMPTEStringInterpretation_, "OTFSMPTEStringInterpretation");
 }
 
 }  // namespace quill::inline v0

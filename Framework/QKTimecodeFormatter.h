@@ -9,9 +9,11 @@
 //   timescale. Every out-pointer may be null.
 // - One thread at a time.
 //
-// Rooms: Making; Properties; Whole strings; Segments; Stepping and typing; SMPTE settings; For subclasses; Storage.
+// Rooms: Making; Properties; Whole strings; Segments; Stepping and typing; Display settings; Coding; For
+// subclasses; Storage.
 #pragma once
 
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/NotificationCenter.h"
 #include "QKSMPTETimecodeFormatDeputy.h"
 
@@ -36,8 +38,7 @@ enum QKTimecodeFormat : std::int64_t {
 // QKTimecodeFormatterMinOrMaxChanged with true; otherwise there is none.
 inline constexpr std::string_view QKTimecodeFormatterFormatChangedNotification =
     "QKTimecodeFormatterFormatChangedNotification";
-inline constexpr std::string_view QKTimecodeFormatterMinOrMaxChanged =
-    "QKTimecodeFormatterMinOrMaxChanged";
+inline constexpr std::string_view QKTimecodeFormatterMinOrMaxChanged = "QKTimecodeFormatterMinOrMaxChanged";
 
 // The seven deputies of a formatter. A copy copies each.
 class QUILL_EXPORT _QKTimecodeFormatterDeputyCollection : public Object {
@@ -47,8 +48,7 @@ class QUILL_EXPORT _QKTimecodeFormatterDeputyCollection : public Object {
   // A plain deputy of each class that exists.
   _QKTimecodeFormatterDeputyCollection();
   _QKTimecodeFormatterDeputyCollection(const _QKTimecodeFormatterDeputyCollection& other);
-  _QKTimecodeFormatterDeputyCollection& operator=(
-      const _QKTimecodeFormatterDeputyCollection& other);
+  _QKTimecodeFormatterDeputyCollection& operator=(const _QKTimecodeFormatterDeputyCollection& other);
   ~_QKTimecodeFormatterDeputyCollection() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   void* asProtocol(const Protocol& protocol) override;
@@ -58,6 +58,13 @@ class QUILL_EXPORT _QKTimecodeFormatterDeputyCollection : public Object {
   Ref<QKFormatDeputy> deputyForFormat(QKTimecodeFormat format) const;
   // The same, not kept.
   QKFormatDeputy* borrowedDeputyForFormat(QKTimecodeFormat format) const;
+  static bool supportsSecureCoding() { return true; }
+  // The collection's class and its deputies'.
+  static ClassSet keyedUnarchiverClasses();
+  // A deputy that is absent is a nil object.
+  explicit _QKTimecodeFormatterDeputyCollection(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
+
   // Keeps the deputy; a format outside 0 to 6 changes nothing.
   void setDeputy(Ref<QKFormatDeputy> deputy, QKTimecodeFormat format);
 
@@ -121,9 +128,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   void setDefaultObjectPrototype(Ref<Object> prototype);
 
   // How SMPTE entries are read. Posts nothing.
-  OrbSMPTEStringInterpretation SMPTEStringInterpretation() const {
-    return SMPTEStringInterpretation_;
-  }
+  OrbSMPTEStringInterpretation SMPTEStringInterpretation() const { return SMPTEStringInterpretation_; }
   void setSMPTEStringInterpretation(OrbSMPTEStringInterpretation interpretation) {
     SMPTEStringInterpretation_ = interpretation;
   }
@@ -165,8 +170,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   // An object that is no timecode fails an assertion.
   std::int64_t segmentFieldWidthForTag(std::int64_t tag, Object* object) const;
   std::int64_t defaultSelectedSegmentTagInObjectValue(Object* object) const;
-  void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight,
-                                Object* object) const;
+  void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight, Object* object) const;
   // The tag 0x7fffffff stands for no segment. A negative value fails an assertion while negatives are not allowed.
   Range substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const;
   // What a segment is typed with: this formatter itself where the deputy has none for it; for the leading segment a copy
@@ -180,18 +184,18 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   // A copy of the value (the prototype, for null) moved by whole steps of one segment, stopped at the last whole step
   // within the bounds, zeroed in that segment where it is negative and may not be. A segment that is not shown steps
   // too. An object that is no timecode fails an assertion; the number 0 comes without a deputy that can serve it.
-  void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
-                                                std::int64_t increment, Object* object) const;
+  void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag, std::int64_t increment,
+                                                Object* object) const;
 
   // Sets one segment of the value itself (a copy of the prototype, for null) from a text; the result is a copy within
   // the bounds. Errors: "Value doesn't conform to protocol", "Segment with tag %ld not visible", and the segment's.
-  bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
-                                       std::int64_t tag, Object* object, std::string* error);
+  bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string, std::int64_t tag, Object* object,
+                                       std::string* error);
 
-  // ---- SMPTE settings ----
+  // ---- Display settings ----
   //
-  // Those of the SMPTE deputy, whatever the format. A setter that changes a value posts the notification. Without an SMPTE
-  // deputy they answer false and set nothing.
+  // Those of the deputy that owns them, whatever the format. A setter that changes a value posts the notification. Where
+  // that deputy is absent or of another class they answer false or 0 and set nothing.
 
   bool SMPTEDisplaysHours() const;
   void setSMPTEDisplaysHours(bool flag);
@@ -208,6 +212,23 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   void setSMPTEDisplaysFrameDivision(bool flag);
   // The settings that SMPTEDisplaysFrameDivision changes with.
   static std::array<std::string_view, 2> keyPathsForValuesAffectingSMPTEDisplaysFrameDivision();
+
+  std::int64_t HMSSecondsDecimalPlaces() const;
+  void setHMSSecondsDecimalPlaces(std::int64_t places);
+  bool HMSHas24HourRollover() const;
+  void setHMSHas24HourRollover(bool flag);
+  std::uint64_t ODTSecondsDecimalPlaces() const;
+  void setODTSecondsDecimalPlaces(std::uint64_t places);
+
+  // ---- Coding ----
+
+  static std::int64_t version() { return descriptor.version; }
+  static bool supportsSecureCoding() { return true; }
+  // The classes that an archive of a formatter may hold.
+  static ClassSet keyedUnarchiverClasses();
+  // Reads every older version. What is archived is what a copy copies.
+  explicit QKTimecodeFormatter(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
 
  protected:
   // ---- For subclasses ----
@@ -230,13 +251,15 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   Bounds effectiveBounds(Object* object) const;
   void imposeSegmentBounds(Ref<Object>* result, std::int64_t tag, Object* object) const;
   NumberFormatter* leadingFormatter(const NumberFormatter& deputys, std::int64_t tag);
-  void changeSMPTESetting(bool flag, bool (QKSMPTETimecodeFormatDeputy::*get)() const,
-                          void (QKSMPTETimecodeFormatDeputy::*set)(bool));
+  template <class Deputy, class Value>
+  Value deputySetting(QKTimecodeFormat format, Value (Deputy::*get)() const) const;
+  template <class Deputy, class Value>
+  void setDeputySetting(QKTimecodeFormat format, Value (Deputy::*get)() const, void (Deputy::*set)(Value), Value value);
+  void takeArchivedDeputies(const Ref<Object>& archived, std::int64_t archivedVersion);
 
   // ---- Storage ----
 
-  OrbSMPTEStringInterpretation SMPTEStringInterpretation_ =
-      OrbSMPTEStringInterpretationPreservingUpper;
+  OrbSMPTEStringInterpretation SMPTEStringInterpretation_ = OrbSMPTEStringInterpretationPreservingUpper;
   bool allowsNegative_ = false;
   Ref<Object> currentTimecode_;
   Ref<Object> defaultObjectPrototype_;

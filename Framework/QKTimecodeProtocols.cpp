@@ -8,9 +8,14 @@ const Protocol QKSMPTETimecode::protocol{"QKSMPTETimecode"};
 const Protocol QKOneDimensionalVideoTimecode::protocol{"QKOneDimensionalVideoTimecode"};
 const Protocol QKOneDimensionalTimeTimecode::protocol{"QKOneDimensionalTimeTimecode"};
 
+const Protocol QKHMSTimecode::protocol{"QKHMSTimecode"};
+const Protocol QKOneDimensionalAudioTimecode::protocol{"QKOneDimensionalAudioTimecode"};
+
 QKBasicTimecode::~QKBasicTimecode() = default;
 QKSMPTETimecode::~QKSMPTETimecode() = default;
 QKOneDimensionalVideoTimecode::~QKOneDimensionalVideoTimecode() = default;
 QKOneDimensionalTimeTimecode::~QKOneDimensionalTimeTimecode() = default;
+QKHMSTimecode::~QKHMSTimecode() = default;
+QKOneDimensionalAudioTimecode::~QKOneDimensionalAudioTimecode() = default;
 
 }  // namespace quill::inline v0

@@ -38,21 +38,18 @@ class QUILL_EXPORT QKSMPTETimecode {
  public:
   static const Protocol protocol;
 
-  virtual void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
-                             std::int64_t* frames, std::int64_t* subframes,
-                             std::int64_t* quarterFrames) = 0;
+  virtual void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
+                             std::int64_t* subframes, std::int64_t* quarterFrames) = 0;
   virtual void setSMPTEHours(std::int64_t hours) = 0;
   virtual void setSMPTEMinutes(std::int64_t minutes) = 0;
   virtual void setSMPTESeconds(std::int64_t seconds) = 0;
   virtual void setSMPTEFrames(std::int64_t frames) = 0;
   virtual void setSMPTESubframes(std::int64_t subframes) = 0;
   virtual void setSMPTEQuarterFrames(std::int64_t quarterFrames) = 0;
-  virtual void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                             std::int64_t frames, std::int64_t subframes,
-                             std::int64_t quarterFrames) = 0;
-  virtual void subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                                  std::int64_t frames, std::int64_t subframes,
-                                  std::int64_t quarterFrames) = 0;
+  virtual void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                             std::int64_t subframes, std::int64_t quarterFrames) = 0;
+  virtual void subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                                  std::int64_t subframes, std::int64_t quarterFrames) = 0;
   virtual bool isDropFrame() const = 0;
   virtual bool isNegative() const = 0;
   virtual void setIsNegative(bool isNegative) = 0;
@@ -100,6 +97,47 @@ class QUILL_EXPORT QKOneDimensionalTimeTimecode {
   QKOneDimensionalTimeTimecode(const QKOneDimensionalTimeTimecode&) = default;
   QKOneDimensionalTimeTimecode& operator=(const QKOneDimensionalTimeTimecode&) = default;
   virtual ~QKOneDimensionalTimeTimecode();
+};
+
+// A value read as hours, minutes and seconds of time. Fields are magnitudes; out-pointers may be null; amounts to add or
+// subtract are not negative.
+class QUILL_EXPORT QKHMSTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual void getHMSHours(std::int64_t* hours, std::int64_t* minutes, double* seconds) const = 0;
+  virtual void setHMSHours(std::int64_t hours) = 0;
+  virtual void setHMSMinutes(std::int64_t minutes) = 0;
+  virtual void setHMSSeconds(double seconds) = 0;
+  virtual void addHMSHours(std::int64_t hours, std::int64_t minutes, double seconds) = 0;
+  virtual void subtractHMSHours(std::int64_t hours, std::int64_t minutes, double seconds) = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKHMSTimecode() = default;
+  QKHMSTimecode(const QKHMSTimecode&) = default;
+  QKHMSTimecode& operator=(const QKHMSTimecode&) = default;
+  virtual ~QKHMSTimecode();
+};
+
+// A value read as a count of audio frames (samples), a magnitude.
+class QUILL_EXPORT QKOneDimensionalAudioTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual std::uint64_t audioFrames() = 0;
+  virtual void setAudioFrames(std::uint64_t frames) = 0;
+  virtual void addAudioFrames(std::uint64_t frames) = 0;
+  virtual void subtractAudioFrames(std::uint64_t frames) = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKOneDimensionalAudioTimecode() = default;
+  QKOneDimensionalAudioTimecode(const QKOneDimensionalAudioTimecode&) = default;
+  QKOneDimensionalAudioTimecode& operator=(const QKOneDimensionalAudioTimecode&) = default;
+  virtual ~QKOneDimensionalAudioTimecode();
 };
 
 }  // namespace quill::inline v0

@@ -32,8 +32,7 @@ Ref<Object> QKTimecodeSegmentNumberFormatter::copy() const {
 }
 
 bool QKTimecodeSegmentNumberFormatter::isPartialStringValid(std::string_view partial,
-                                                            std::optional<std::string>* newString,
-                                                            std::string*) const {
+                                                            std::optional<std::string>* newString, std::string*) const {
   if (newString) newString->reset();
   Scanner scanner(partial);
   scanner.skipNothing();

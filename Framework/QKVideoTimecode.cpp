@@ -6,6 +6,7 @@
 #include "QKVideoTimecode.h"
 
 #include "../Platform/IntegerMath.h"
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/Reports.h"
 #include "../Platform/TextServices.h"
 
@@ -34,33 +35,18 @@ constexpr FrameDurationRow sameMode(std::int32_t framesPer100Seconds, QKSMPTETim
   return {{100, framesPer100Seconds}, mode, mode, mode};
 }
 constexpr FrameDurationRow kFrameDurations[] = {
-    {{2002, 60000},
-     QKSMPTETimecodeMode_2997,
-     QKSMPTETimecodeMode_2997Drop,
-     QKSMPTETimecodeMode_2997Duration},
-    {{100, 2997},
-     QKSMPTETimecodeMode_2997,
-     QKSMPTETimecodeMode_2997Drop,
-     QKSMPTETimecodeMode_2997Duration},
-    {{1001, 24000},
-     QKSMPTETimecodeMode_23976,
-     QKSMPTETimecodeMode_23976,
-     QKSMPTETimecodeMode_23976Duration},
+    {{2002, 60000}, QKSMPTETimecodeMode_2997, QKSMPTETimecodeMode_2997Drop, QKSMPTETimecodeMode_2997Duration},
+    {{100, 2997}, QKSMPTETimecodeMode_2997, QKSMPTETimecodeMode_2997Drop, QKSMPTETimecodeMode_2997Duration},
+    {{1001, 24000}, QKSMPTETimecodeMode_23976, QKSMPTETimecodeMode_23976, QKSMPTETimecodeMode_23976Duration},
     sameMode(2400, QKSMPTETimecodeMode_24),
     sameMode(2500, QKSMPTETimecodeMode_25),
     sameMode(3000, QKSMPTETimecodeMode_30),
     sameMode(5000, QKSMPTETimecodeMode_50),
-    {{1001, 60000},
-     QKSMPTETimecodeMode_5994,
-     QKSMPTETimecodeMode_5994Drop,
-     QKSMPTETimecodeMode_5994Duration},
+    {{1001, 60000}, QKSMPTETimecodeMode_5994, QKSMPTETimecodeMode_5994Drop, QKSMPTETimecodeMode_5994Duration},
     sameMode(6000, QKSMPTETimecodeMode_60),
     sameMode(9000, QKSMPTETimecodeMode_90),
     sameMode(10000, QKSMPTETimecodeMode_100),
-    {{1001, 120000},
-     QKSMPTETimecodeMode_11988,
-     QKSMPTETimecodeMode_11988Drop,
-     QKSMPTETimecodeMode_11988Duration},
+    {{1001, 120000}, QKSMPTETimecodeMode_11988, QKSMPTETimecodeMode_11988Drop, QKSMPTETimecodeMode_11988Duration},
     sameMode(12000, QKSMPTETimecodeMode_120),
 };
 
@@ -123,8 +109,7 @@ struct QKVideoTimecode::FrameScale {
   Fields elapsedFields(double seconds) const;
 };
 
-double QKVideoTimecode::FrameScale::elapsedSeconds(const SMPTEFieldSet& label,
-                                                   double fraction) const {
+double QKVideoTimecode::FrameScale::elapsedSeconds(const SMPTEFieldSet& label, double fraction) const {
   double frames = static_cast<double>(label.frames) + fraction;
   double seconds = static_cast<double>(label.seconds);
   if (frames >= counting.nominal) {
@@ -134,26 +119,22 @@ double QKVideoTimecode::FrameScale::elapsedSeconds(const SMPTEFieldSet& label,
   return privateSecondsFromHMS(label.hours, label.minutes, seconds) + frames / counting.nominal;
 }
 
-std::int64_t QKVideoTimecode::FrameScale::ticksOf(const SMPTEFieldSet& label,
-                                                  double fraction) const {
+std::int64_t QKVideoTimecode::FrameScale::ticksOf(const SMPTEFieldSet& label, double fraction) const {
   const auto frameTicks = static_cast<std::int64_t>(wholeFrameTime);
   const auto fractionTicks = saturateToInt64(frameTime * fraction + 0.5);
   if (isDuration) {
     if (wholeFrameTime == 0) {
-      return saturateToInt64(elapsedSeconds(label, fraction) * static_cast<double>(timescale) +
-                             0.5);
+      return saturateToInt64(elapsedSeconds(label, fraction) * static_cast<double>(timescale) + 0.5);
     }
     // Frames that reach the next second carry one second and lose one second's ticks: nothing to do.
     std::int64_t seconds = saturatingMultiply(label.hours, 3600);
     seconds = saturatingAdd(seconds, saturatingMultiply(label.minutes, 60));
     seconds = saturatingAdd(seconds, label.seconds);
-    return saturatingAdd(
-        saturatingMultiply(seconds, timescale),
-        saturatingAdd(saturatingMultiply(label.frames, frameTicks), fractionTicks));
+    return saturatingAdd(saturatingMultiply(seconds, timescale),
+                         saturatingAdd(saturatingMultiply(label.frames, frameTicks), fractionTicks));
   }
   if (wholeFrameTime != 0 && counting.whole != 0) {
-    return saturatingAdd(saturatingMultiply(frameFromLabel(counting, label), frameTicks),
-                         fractionTicks);
+    return saturatingAdd(saturatingMultiply(frameFromLabel(counting, label), frameTicks), fractionTicks);
   }
   const double n = fractionalFrameFromLabel(counting, label);
   return wholeFrameTime != 0 ? saturateToInt64(n * frameTime + static_cast<double>(fractionTicks))
@@ -165,12 +146,10 @@ double QKVideoTimecode::FrameScale::secondsOf(const SMPTEFieldSet& label, double
   return (fractionalFrameFromLabel(counting, label) + fraction) / rate;
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtTicks(
-    std::uint64_t magnitude) const {
+QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtTicks(std::uint64_t magnitude) const {
   if (wholeFrameTime == 0) {
     const double ticks = static_cast<double>(magnitude);
-    return isDuration ? elapsedFields(ticks / static_cast<double>(timescale))
-                      : countedFields(ticks);
+    return isDuration ? elapsedFields(ticks / static_cast<double>(timescale)) : countedFields(ticks);
   }
   const auto fractionOf = [this](std::uint64_t ticks) {
     return static_cast<double>(ticks) / static_cast<double>(wholeFrameTime);
@@ -179,22 +158,19 @@ QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtTicks(
     const auto second = static_cast<std::uint64_t>(timescale);
     const std::uint64_t seconds = magnitude / second;  // [0, 2^63)
     const auto [frames, rest] = divideByFrameTime(magnitude % second, wholeFrameTime);
-    return {
-        {static_cast<std::int64_t>(seconds / 3600), static_cast<std::int64_t>(seconds / 60 % 60),
-         static_cast<std::int64_t>(seconds % 60), static_cast<std::int64_t>(frames), 0},
-        fractionOf(rest)};
+    return {{static_cast<std::int64_t>(seconds / 3600), static_cast<std::int64_t>(seconds / 60 % 60),
+             static_cast<std::int64_t>(seconds % 60), static_cast<std::int64_t>(frames), 0},
+            fractionOf(rest)};
   }
   const auto [frames, rest] = divideByFrameTime(magnitude, wholeFrameTime);
   return {labelFromFrame(counting, saturatingFromUInt64(frames)), fractionOf(rest)};
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtSeconds(
-    double magnitude) const {
+QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtSeconds(double magnitude) const {
   return isDuration ? elapsedFields(magnitude) : countedFields(magnitude);
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::elapsedFields(
-    double seconds) const {
+QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::elapsedFields(double seconds) const {
   const double whole = std::trunc(seconds);
   const std::int64_t second = saturateToInt64(whole);
   const double frames = counting.nominal * (seconds - whole);
@@ -207,8 +183,7 @@ QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::elapsedFields(
   return fields;
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::countedFields(
-    double magnitude) const {
+QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::countedFields(double magnitude) const {
   const double whole = wholeFrames(magnitude);
   return {labelFromFrame(counting, saturateToInt64(whole)), fractionPast(whole, magnitude)};
 }
@@ -222,24 +197,26 @@ double QKVideoTimecode::FrameScale::fractionPast(double wholeFrameCount, double 
 // ---- Making ----
 
 const ClassDescriptor QKVideoTimecode::descriptor{
-    "QKVideoTimecode", "OrbisVideoTimecode", 2, &Object::descriptor,
-    []() -> Ref<Object> { return std::make_shared<QKVideoTimecode>(); }};
+    "QKVideoTimecode",
+    "OrbisVideoTimecode",
+    2,
+    &Object::descriptor,
+    []() -> Ref<Object> { return std::make_shared<QKVideoTimecode>(); },
+    [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<QKVideoTimecode>(coder); }};
 
 QKVideoTimecode::QKVideoTimecode() : time_(kMediaTimeZero) {}
 
 QKVideoTimecode::QKVideoTimecode(const MediaTime& time, QKSMPTETimecodeMode timecodeMode)
     : time_(time), mode_(timecodeMode) {
   if (time.isNumeric()) return;
-  logLine("ERROR: " + descriptionForReport() +
-          " initialized with non-numeric rhoTime. Using kMediaTimeZero instead.");
+  logLine("ERROR: " + descriptionForReport() + " initialized with non-numeric rhoTime. Using kMediaTimeZero instead.");
   time_ = kMediaTimeZero;
 }
 
 QKVideoTimecode::QKVideoTimecode(const MediaTime& time, const MediaTime& frameDuration)
     : QKVideoTimecode(time, frameDuration, 0) {}
 
-QKVideoTimecode::QKVideoTimecode(const MediaTime& time, const MediaTime& frameDuration,
-                                 std::int64_t dropFrame)
+QKVideoTimecode::QKVideoTimecode(const MediaTime& time, const MediaTime& frameDuration, std::int64_t dropFrame)
     : QKVideoTimecode(time, modeForFrameDuration(frameDuration, dropFrame)) {
   if (mode_ == QKSMPTETimecodeModeCustom) {
     QKVideoTimecode::setCustomVideoFrameRate(static_cast<double>(frameDuration.timescale) /
@@ -247,8 +224,7 @@ QKVideoTimecode::QKVideoTimecode(const MediaTime& time, const MediaTime& frameDu
   }
 }
 
-QKVideoTimecode::QKVideoTimecode(const Number& timecodeNumberValue, TimeRate timeRate,
-                                 QKSMPTETimecodeMode timecodeMode)
+QKVideoTimecode::QKVideoTimecode(const Number& timecodeNumberValue, TimeRate timeRate, QKSMPTETimecodeMode timecodeMode)
     : mode_(timecodeMode) {
   if (timeRate == QKTimecodeUseSeconds) {
     flags_.useSeconds = true;
@@ -257,8 +233,7 @@ QKVideoTimecode::QKVideoTimecode(const Number& timecodeNumberValue, TimeRate tim
     return;
   }
   if (timeRate == QKTimecodeBestTimeRate) {
-    const bool hasOwnRate =
-        timecodeMode != QKSMPTETimecodeModeCustom && timecodeMode != QKSMPTETimecodeModeInvalid;
+    const bool hasOwnRate = timecodeMode != QKSMPTETimecodeModeCustom && timecodeMode != QKSMPTETimecodeModeInvalid;
     timeRate = hasOwnRate ? TimeRate(minimumTickRateForMode(timecodeMode)) : QKTimecodeSCRTimeRate;
   }
   time_ = _rhoTimeFromOldTimeValue(timecodeNumberValue.uint64Value(), timeRate, false);
@@ -299,17 +274,15 @@ void QKVideoTimecode::setFallbackTimecodeMode(QKSMPTETimecodeMode mode) {
 
 QKSMPTETimecodeMode QKVideoTimecode::fallbackTimecodeMode() { return fallbackMode; }
 
-std::uint64_t QKVideoTimecode::timeRateForTimecodeModes(
-    std::span<const QKSMPTETimecodeMode> modes, std::span<const std::uint64_t> otherTimeRates) {
+std::uint64_t QKVideoTimecode::timeRateForTimecodeModes(std::span<const QKSMPTETimecodeMode> modes,
+                                                        std::span<const std::uint64_t> otherTimeRates) {
   if (modes.empty() && otherTimeRates.empty()) return QKTimecodeSCRTimeRate;
   std::optional<std::uint64_t> result;
-  const auto fold = [&result](std::uint64_t rate) {
-    result = result ? _QKTimecodeUtilityLCM(*result, rate) : rate;
-  };
+  const auto fold = [&result](std::uint64_t rate) { result = result ? _QKTimecodeUtilityLCM(*result, rate) : rate; };
   for (const std::uint64_t rate : otherTimeRates) {
     if (rate == 0) {
-      assertionFailed({"+[QKVideoTimecode timeRateForTimecodeModes:otherTimeRates:]", nullptr,
-                       kFile, 524, "Can't calculate time rate from zero."});
+      assertionFailed({"+[QKVideoTimecode timeRateForTimecodeModes:otherTimeRates:]", nullptr, kFile, 524,
+                       "Can't calculate time rate from zero."});
     }
     fold(rate);
   }
@@ -317,16 +290,13 @@ std::uint64_t QKVideoTimecode::timeRateForTimecodeModes(
   return *result;
 }
 
-std::uint64_t QKVideoTimecode::timeRateForTimecodeModes(
-    std::initializer_list<QKSMPTETimecodeMode> modes,
-    std::initializer_list<std::uint64_t> otherTimeRates) {
+std::uint64_t QKVideoTimecode::timeRateForTimecodeModes(std::initializer_list<QKSMPTETimecodeMode> modes,
+                                                        std::initializer_list<std::uint64_t> otherTimeRates) {
   return timeRateForTimecodeModes(std::span(modes.begin(), modes.size()),
                                   std::span(otherTimeRates.begin(), otherTimeRates.size()));
 }
 
-MediaTime QKVideoTimecode::timeValue() const {
-  return flags_.useSeconds ? kMediaTimeInvalid : time_;
-}
+MediaTime QKVideoTimecode::timeValue() const { return flags_.useSeconds ? kMediaTimeInvalid : time_; }
 
 void QKVideoTimecode::setTimeValue(const MediaTime& time) {
   flags_.useSeconds = false;
@@ -346,21 +316,18 @@ void QKVideoTimecode::setTimecodeMode(QKSMPTETimecodeMode mode) {
 std::uint64_t QKVideoTimecode::timeRate() {
   if (!flags_.useSeconds && time_.isNumeric() && time_.timescale < 0) {
     lightAssertionFailed("TIME_CAST(pt_time).timescale >= 0", kFile, 994);
-    time_ = time_.convertedTo(
-        static_cast<std::int32_t>(0 - static_cast<std::uint32_t>(time_.timescale)));
+    time_ = time_.convertedTo(static_cast<std::int32_t>(0 - static_cast<std::uint32_t>(time_.timescale)));
   }
   if (flags_.useSeconds || !time_.isNumeric()) return 1;
   return static_cast<std::uint64_t>(time_.timescale);
 }
 
 void QKVideoTimecode::setTimeRate(TimeRate timeRate) {
-  if (refusesNonNumeric(
-          "ERROR: Can't set time rate with non-numeric internal time. Timecode unchanged")) {
+  if (refusesNonNumeric("ERROR: Can't set time rate with non-numeric internal time. Timecode unchanged")) {
     return;
   }
-  const std::uint64_t rate = timeRate == QKTimecodeBestTimeRate
-                                 ? static_cast<std::uint64_t>(_bestTimeScale())
-                                 : timeRate.value;
+  const std::uint64_t rate =
+      timeRate == QKTimecodeBestTimeRate ? static_cast<std::uint64_t>(_bestTimeScale()) : timeRate.value;
   const bool wantsSeconds = rate == 0;
   if (wantsSeconds == flags_.useSeconds) {
     if (!wantsSeconds && rate != static_cast<std::uint64_t>(time_.timescale)) {
@@ -383,8 +350,7 @@ void QKVideoTimecode::setCustomVideoFrameRate(double framesPerSecond) {
   }
   customVideoModeInfo_.frameRate = framesPerSecond;
   if (!std::isfinite(framesPerSecond) || framesPerSecond < 1.0) {
-    std::string text =
-        "WARNING: -[QKVideoTimecode setCustomVideoFrameRate:] passed invalid frames per second: ";
+    std::string text = "WARNING: -[QKVideoTimecode setCustomVideoFrameRate:] passed invalid frames per second: ";
     appendFixed(text, framesPerSecond, 6);
     text += ". Using 30 fps.";
     logLine(text);
@@ -392,8 +358,7 @@ void QKVideoTimecode::setCustomVideoFrameRate(double framesPerSecond) {
   }
   // The tick rate follows the rate asked for, not the 30 that may stand in for it.
   const double wanted = framesPerSecond < 1.0 ? 1.0 : framesPerSecond;
-  const bool isWhole =
-      wanted <= std::numeric_limits<std::int32_t>::max() && std::trunc(wanted) == wanted;
+  const bool isWhole = wanted <= std::numeric_limits<std::int32_t>::max() && std::trunc(wanted) == wanted;
   customVideoModeInfo_.preferredTimeScale =
       isWhole ? saturateToInt32(wanted) : static_cast<std::int32_t>(QKTimecodeSCRTimeRate);
   if (!flags_.useSeconds) time_ = time_.convertedTo(customVideoModeInfo_.preferredTimeScale);
@@ -403,8 +368,7 @@ Ref<QKVideoTimecode> QKVideoTimecode::timecodePreservingSMPTEWithMode(QKSMPTETim
   Ref<QKVideoTimecode> result = copyOf(*this);
   result->setTimecodeMode(mode);
   SMPTEFieldSet fields;
-  getSMPTEHours(&fields.hours, &fields.minutes, &fields.seconds, &fields.frames, &fields.subframes,
-                nullptr);
+  getSMPTEHours(&fields.hours, &fields.minutes, &fields.seconds, &fields.frames, &fields.subframes, nullptr);
   result->setSMPTEHours(fields.hours);
   result->setSMPTEMinutes(fields.minutes);
   result->setSMPTESeconds(fields.seconds);
@@ -444,9 +408,8 @@ void QKVideoTimecode::setTimecodeNumberValue(const Number& number) {
 }
 
 bool QKVideoTimecode::isNegative() const {
-  if (refusesNonNumeric(
-          "ERROR: -[QKVideoTimecode isNegative] can't get numeric info from non-numeric time, "
-          "returning NO")) {
+  if (refusesNonNumeric("ERROR: -[QKVideoTimecode isNegative] can't get numeric info from non-numeric time, "
+                        "returning NO")) {
     return false;
   }
   if (flags_.useSeconds) return seconds_ < 0;
@@ -454,8 +417,7 @@ bool QKVideoTimecode::isNegative() const {
 }
 
 void QKVideoTimecode::setIsNegative(bool isNegative) {
-  if (refusesNonNumeric("ERROR: -[QKVideoTimecode setIsNegative:] ignored for non-numeric time"))
-    return;
+  if (refusesNonNumeric("ERROR: -[QKVideoTimecode setIsNegative:] ignored for non-numeric time")) return;
   if (isNegative == QKVideoTimecode::isNegative()) return;
   if (flags_.useSeconds) {
     seconds_ = -seconds_;
@@ -504,9 +466,8 @@ bool QKVideoTimecode::isDropFrame() const {
 
 std::int64_t QKVideoTimecode::_bestTimeScale() const {
   if (const auto* row = timecodeModeRow(mode_)) return row->tickRate;
-  return mode_ == QKSMPTETimecodeModeCustom
-             ? customVideoModeInfo_.preferredTimeScale
-             : static_cast<std::int64_t>(minimumTickRateForMode(mode_));
+  return mode_ == QKSMPTETimecodeModeCustom ? customVideoModeInfo_.preferredTimeScale
+                                            : static_cast<std::int64_t>(minimumTickRateForMode(mode_));
 }
 
 std::int32_t QKVideoTimecode::_timeScaleForTimeRate(TimeRate timeRate) {
@@ -541,16 +502,14 @@ void QKVideoTimecode::privateNormalizeSecondsValue() {
   seconds_ = 0;
 }
 
-MediaTime QKVideoTimecode::_rhoTimeFromOldTimeValue(std::uint64_t value, TimeRate rate,
-                                                    bool isNegative) {
+MediaTime QKVideoTimecode::_rhoTimeFromOldTimeValue(std::uint64_t value, TimeRate rate, bool isNegative) {
   const bool hasTopBit = (value >> 63) != 0;
   if (hasTopBit) {
     lightAssertionFailed("NO", kFile, 577);
     value += 0x8000000000000001;  // modulo 2^64: less 2^63-1
   }
   if (isNegative) value = 0 - value;
-  return MediaTime::withEpoch(static_cast<std::int64_t>(value), _timeScaleForTimeRate(rate),
-                              hasTopBit ? 1 : 0);
+  return MediaTime::withEpoch(static_cast<std::int64_t>(value), _timeScaleForTimeRate(rate), hasTopBit ? 1 : 0);
 }
 
 bool QKVideoTimecode::refusesNonNumeric(std::string_view logText) const {
@@ -581,8 +540,7 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::bestFrameScale(FrameScale& s
   return frameScaleAt(holdsBest ? best : time_.timescale, storage);
 }
 
-const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t timescale,
-                                                                 FrameScale& storage) const {
+const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t timescale, FrameScale& storage) const {
   static constexpr auto kBestFrameScales = [] {
     std::array<FrameScale, std::size(kTimecodeModeTable)> scales{};
     for (std::size_t i = 0; i < scales.size(); ++i) {
@@ -603,12 +561,7 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t ti
     return kBestFrameScales[static_cast<std::size_t>(mode_)];
   }
   const double rate = videoFrameRate();
-  storage = {counting(),
-             row && row->kind == TimecodeModeKind::Duration,
-             flags_.useSeconds,
-             timescale,
-             rate,
-             0};
+  storage = {counting(), row && row->kind == TimecodeModeKind::Duration, flags_.useSeconds, timescale, rate, 0};
   if (flags_.useSeconds) {
     storage.frameTime = 1 / rate;
     return storage;
@@ -616,8 +569,7 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t ti
   storage.frameTime = roundHalfAway(static_cast<double>(timescale) * 1000 / rate) / 1000;
   if (storage.isDuration) {
     const std::int64_t ticks = timescale * 1001, frames = 1000 * row->countingRate;
-    if (ticks > 0 && ticks % frames == 0)
-      storage.wholeFrameTime = static_cast<std::uint64_t>(ticks / frames);
+    if (ticks > 0 && ticks % frames == 0) storage.wholeFrameTime = static_cast<std::uint64_t>(ticks / frames);
   } else if (storage.frameTime >= 1 && std::trunc(storage.frameTime) == storage.frameTime) {
     storage.wholeFrameTime = saturateToUInt64(storage.frameTime);
   }
@@ -625,14 +577,11 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t ti
 }
 
 std::int64_t QKVideoTimecode::privateFramesPerHour() const { return counting().framesPerHour; }
-std::int64_t QKVideoTimecode::privateFramesPerTenMinutes() const {
-  return counting().framesPerTenMinutes;
-}
+std::int64_t QKVideoTimecode::privateFramesPerTenMinutes() const { return counting().framesPerTenMinutes; }
 std::int64_t QKVideoTimecode::privateFramesPerMinute() const { return counting().framesPerMinute; }
 
-void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes,
-                                           std::int64_t* seconds, std::int64_t* frames,
-                                           double* fractionalFrames) {
+void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
+                                           std::int64_t* frames, double* fractionalFrames) {
   if (mode_ == QKSMPTETimecodeModeInvalid) {
     raise("-[QKVideoTimecode privateGetSMPTEHours:minutes:seconds:frames:fractionalFrames:]", 1374,
           "QKVideoTimecode: Can't use SMPTE information in mode QKSMPTETimecodeModeInvalid");
@@ -643,10 +592,9 @@ void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* mi
   }
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
-  const FrameScale::Fields fields = !isNumeric() ? FrameScale::Fields{}
-                                    : flags_.useSeconds
-                                        ? scale.fieldsAtSeconds(std::abs(seconds_))
-                                        : scale.fieldsAtTicks(magnitudeOf(time_.value));
+  const FrameScale::Fields fields = !isNumeric()        ? FrameScale::Fields{}
+                                    : flags_.useSeconds ? scale.fieldsAtSeconds(std::abs(seconds_))
+                                                        : scale.fieldsAtTicks(magnitudeOf(time_.value));
   if (hours) *hours = fields.label.hours;
   if (minutes) *minutes = fields.label.minutes;
   if (seconds) *seconds = fields.label.seconds;
@@ -654,9 +602,8 @@ void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* mi
   if (fractionalFrames) *fractionalFrames = fields.fraction;
 }
 
-void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes,
-                                    std::int64_t* seconds, std::int64_t* frames,
-                                    std::int64_t* subframes, std::int64_t* quarterFrames) {
+void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
+                                    std::int64_t* frames, std::int64_t* subframes, std::int64_t* quarterFrames) {
   if (refusesNonNumeric("ERROR: Can't get SMPTE HH:MM:FF:SS with non-numeric time. Returning 0")) {
     for (std::int64_t* field : {hours, minutes, seconds, frames, subframes, quarterFrames}) {
       if (field) *field = 0;
@@ -670,38 +617,32 @@ void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes,
 }
 
 std::int64_t QKVideoTimecode::SMPTEHours() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE hours with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE hours with non-numeric time. Returning 0")) return 0;
   return privateFields().hours;
 }
 
 std::int64_t QKVideoTimecode::SMPTEMinutes() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE minutes with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE minutes with non-numeric time. Returning 0")) return 0;
   return privateFields().minutes;
 }
 
 std::int64_t QKVideoTimecode::SMPTESeconds() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE seconds with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE seconds with non-numeric time. Returning 0")) return 0;
   return privateFields().seconds;
 }
 
 std::int64_t QKVideoTimecode::SMPTEFrames() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE frames with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE frames with non-numeric time. Returning 0")) return 0;
   return privateFields().frames;
 }
 
 std::int64_t QKVideoTimecode::SMPTESubframes() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE subframes with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE subframes with non-numeric time. Returning 0")) return 0;
   return privateFields().subframes;
 }
 
 std::int64_t QKVideoTimecode::SMPTEQuarterFrames() {
-  if (refusesNonNumeric("ERROR: Can't get SMPTE quarterFrames with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't get SMPTE quarterFrames with non-numeric time. Returning 0")) return 0;
   double fraction = 0;
   privateGetSMPTEHours(nullptr, nullptr, nullptr, nullptr, &fraction);
   return quarterFramesFromFraction(fraction);
@@ -716,9 +657,8 @@ SMPTEFieldSet QKVideoTimecode::privateFields() {
   return fields;
 }
 
-void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes,
-                                           std::int64_t seconds, std::int64_t frames,
-                                           double fractionalFrames) {
+void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                                           std::int64_t frames, double fractionalFrames) {
   const bool wasNegative = isNegative();
   _normalizeTimeScaleForFrameRateIfNecessary();
   FrameScale storage;
@@ -734,22 +674,19 @@ void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minu
 
 bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
   constexpr std::int64_t kHighestHours = 1000000;  // far from what 64 bits of ticks hold
-  const auto isField = [](std::int64_t field, std::int64_t highest) {
-    return field >= 0 && field <= highest;
-  };
+  const auto isField = [](std::int64_t field, std::int64_t highest) { return field >= 0 && field <= highest; };
   // As it stands after a read, except for a time too large for the best timescale.
   const auto holdsWholeFrames = [timescale = time_.timescale](std::int64_t tickRate) {
     return timescale == tickRate || (timescale > 0 && timescale % tickRate == 0);
   };
   const auto* row = timecodeModeRow(mode_);
-  const bool isCounted = row && row->kind != TimecodeModeKind::Duration && !flags_.useSeconds &&
-                         time_.isNumeric() && holdsWholeFrames(row->tickRate);
+  const bool isCounted = row && row->kind != TimecodeModeKind::Duration && !flags_.useSeconds && time_.isNumeric() &&
+                         holdsWholeFrames(row->tickRate);
   if (!isCounted || !isField(fields.hours, kHighestHours) || !isField(fields.minutes, 59) ||
       !isField(fields.seconds, 59) || !isField(fields.frames, row->countingRate - 1)) {
     return false;
   }
-  privateSetSMPTEHours(fields.hours, fields.minutes, fields.seconds, fields.frames,
-                       fractionalFrames);
+  privateSetSMPTEHours(fields.hours, fields.minutes, fields.seconds, fields.frames, fractionalFrames);
   return true;
 }
 
@@ -817,9 +754,8 @@ std::uint64_t QKVideoTimecode::frameCountSum(std::uint64_t a, std::uint64_t b) c
   const std::uint64_t sum = a > kUInt64Highest - b ? kUInt64Highest : a + b;
   if (flags_.useSeconds || !(scale.frameTime > 0)) return sum;
   // A product of doubles may lie an ulp above.
-  return std::min(sum, scale.wholeFrameTime != 0
-                           ? static_cast<std::uint64_t>(kInt64Highest) / scale.wholeFrameTime
-                           : saturateToUInt64((kTwoTo63 - 4096) / scale.frameTime));
+  return std::min(sum, scale.wholeFrameTime != 0 ? static_cast<std::uint64_t>(kInt64Highest) / scale.wholeFrameTime
+                                                 : saturateToUInt64((kTwoTo63 - 4096) / scale.frameTime));
 }
 
 void QKVideoTimecode::privateSetSMPTESubframes(std::int64_t subframes) {
@@ -860,14 +796,12 @@ void QKVideoTimecode::setSMPTEHours(std::int64_t hours) {
 }
 
 void QKVideoTimecode::setSMPTEMinutes(std::int64_t minutes) {
-  if (refusesNonNumeric("ERROR: Can't set SMPTE minutes with non-numeric time. Returning 0"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set SMPTE minutes with non-numeric time. Returning 0")) return;
   privateSetSMPTEMinutes(minutes);
 }
 
 void QKVideoTimecode::setSMPTESeconds(std::int64_t seconds) {
-  if (refusesNonNumeric("ERROR: Can't set SMPTE seconds with non-numeric time. Returning 0"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set SMPTE seconds with non-numeric time. Returning 0")) return;
   privateSetSMPTESeconds(seconds);
 }
 
@@ -877,28 +811,24 @@ void QKVideoTimecode::setSMPTEFrames(std::int64_t frames) {
 }
 
 void QKVideoTimecode::setSMPTESubframes(std::int64_t subframes) {
-  if (refusesNonNumeric("ERROR: Can't set SMPTE subframes with non-numeric time. Returning 0"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set SMPTE subframes with non-numeric time. Returning 0")) return;
   privateSetSMPTESubframes(subframes);
 }
 
 void QKVideoTimecode::setSMPTEQuarterFrames(std::int64_t quarterFrames) {
-  if (refusesNonNumeric("ERROR: Can't set SMPTE quarterFrames with non-numeric time. Returning 0"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set SMPTE quarterFrames with non-numeric time. Returning 0")) return;
   privateSetSMPTEQuarterFrames(quarterFrames);
 }
 
-Number QKVideoTimecode::privateTimeForHours(std::int64_t hours, std::int64_t minutes,
-                                            std::int64_t seconds, std::int64_t frames,
-                                            std::int64_t subframes,
+Number QKVideoTimecode::privateTimeForHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                                            std::int64_t frames, std::int64_t subframes,
                                             std::int64_t quarterFrames) const {
   FrameScale storage;
   const FrameScale& scale = bestFrameScale(storage);
   const SMPTEFieldSet label{hours, minutes, seconds, frames, 0};
-  const double fraction = subframes != 0 ? static_cast<double>(subframes) / 80
-                                         : static_cast<double>(quarterFrames) * 0.25;
-  return flags_.useSeconds ? Number(scale.secondsOf(label, fraction))
-                           : Number(scale.ticksOf(label, fraction));
+  const double fraction =
+      subframes != 0 ? static_cast<double>(subframes) / 80 : static_cast<double>(quarterFrames) * 0.25;
+  return flags_.useSeconds ? Number(scale.secondsOf(label, fraction)) : Number(scale.ticksOf(label, fraction));
 }
 
 SMPTEFieldSet QKVideoTimecode::privateNormalizeHMSFs(const SMPTEFieldSet& fields) const {
@@ -914,17 +844,16 @@ SMPTEFieldSet QKVideoTimecode::privateNormalizeHMSFs(const SMPTEFieldSet& fields
     }
   }
   const double fraction = static_cast<double>(fields.subframes) / 80;
-  const FrameScale::Fields read =
-      flags_.useSeconds ? scale.fieldsAtSeconds(std::abs(scale.secondsOf(fields, fraction)))
-                        : scale.fieldsAtTicks(magnitudeOf(scale.ticksOf(fields, fraction)));
+  const FrameScale::Fields read = flags_.useSeconds ? scale.fieldsAtSeconds(std::abs(scale.secondsOf(fields, fraction)))
+                                                    : scale.fieldsAtTicks(magnitudeOf(scale.ticksOf(fields, fraction)));
   SMPTEFieldSet result = read.label;
   result.subframes = subframesFromFraction(read.fraction);
   return result;
 }
 
-std::int64_t QKVideoTimecode::privateDropFrameAdjustmentForHMFSsBeforeChange(
-    const SMPTEFieldSet& before, const SMPTEFieldSet& afterChange,
-    const SMPTEFieldSet& change) const {
+std::int64_t QKVideoTimecode::privateDropFrameAdjustmentForHMFSsBeforeChange(const SMPTEFieldSet& before,
+                                                                             const SMPTEFieldSet& afterChange,
+                                                                             const SMPTEFieldSet& change) const {
   return dropFrameAdjustment(saturateToInt64(nominalFrameRate()), before, afterChange, change);
 }
 
@@ -944,9 +873,8 @@ void QKVideoTimecode::privateAddHMSFs(const SMPTEFieldSet& delta, bool isNegativ
     after = isNegativeDelta == wasNegative ? addFields(before, delta, framesPerSecond)
                                            : subtractFields(before, delta, framesPerSecond);
     if (isDropFrame()) {
-      after = privateHMSFsFrameAdjustment(
-          after, privateDropFrameAdjustmentForHMFSsBeforeChange(before, after, delta),
-          framesPerSecond);
+      after = privateHMSFsFrameAdjustment(after, privateDropFrameAdjustmentForHMFSsBeforeChange(before, after, delta),
+                                          framesPerSecond);
     }
   }
   if (!setSMPTEFieldsAtOnce(after, static_cast<double>(after.subframes) / 80)) {
@@ -959,25 +887,22 @@ void QKVideoTimecode::privateAddHMSFs(const SMPTEFieldSet& delta, bool isNegativ
   setIsNegative(endsNegative);  // a zero on the way has no sign
 }
 
-void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minutes,
-                                           std::int64_t seconds, std::int64_t frames,
-                                           std::int64_t subframes, std::int64_t quarterFrames,
+void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                                           std::int64_t frames, std::int64_t subframes, std::int64_t quarterFrames,
                                            bool isNegativeDelta) {
   constexpr std::string_view kMethod =
       "-[QKVideoTimecode "
       "privateAddSMPTEHours:minutes:seconds:frames:subframes:quarterFrames:isNegativeDelta:]";
   if (mode_ == QKSMPTETimecodeModeInvalid) {
-    raise(kMethod, 1722,
-          "QKVideoTimecode: Can't provide SMPTE information in mode QKSMPTETimecodeModeInvalid");
+    raise(kMethod, 1722, "QKVideoTimecode: Can't provide SMPTE information in mode QKSMPTETimecodeModeInvalid");
   }
   if (!allNonnegative(6, hours, minutes, seconds, frames, subframes, quarterFrames)) {
     raise(kMethod, 1724, "-[QKVideoTimecode addSMPTEHours::::::] expects nonnegative deltas");
   }
   _normalizeTimeScaleForFrameRateIfNecessary();
   if (!isDropFrame()) {
-    addTimecodeNumberValue(
-        privateTimeForHours(hours, minutes, seconds, frames, subframes, quarterFrames),
-        isNegativeDelta);
+    addTimecodeNumberValue(privateTimeForHours(hours, minutes, seconds, frames, subframes, quarterFrames),
+                           isNegativeDelta);
     return;
   }
   if (subframes == 0 && quarterFrames != 0) {
@@ -990,37 +915,30 @@ void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minu
     flags_.maintainedFramesValid = true;
     maintainedFrames_ = privateFields().frames;
   }
-  privateAddHMSFs(privateNormalizeHMSFs({hours, minutes, seconds, frames, subframes}),
-                  isNegativeDelta);
+  privateAddHMSFs(privateNormalizeHMSFs({hours, minutes, seconds, frames, subframes}), isNegativeDelta);
   if (!flags_.maintainedFramesValid) return;
   const SMPTEFieldSet now = privateFields();
-  if (now.frames == 2 &&
-      (now.minutes % 10 == 0 || now.seconds != 0)) {  // 2 at every rate, on purpose
+  if (now.frames == 2 && (now.minutes % 10 == 0 || now.seconds != 0)) {  // 2 at every rate, on purpose
     const bool endsNegative = isNegative();
     privateSetSMPTEFrames(maintainedFrames_);
     setIsNegative(endsNegative);
   }
 }
 
-void QKVideoTimecode::addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                                    std::int64_t frames, std::int64_t subframes,
-                                    std::int64_t quarterFrames) {
-  if (refusesNonNumeric("ERROR: Can't add SMPTE info with non-numeric time. Timecode unchanged"))
-    return;
+void QKVideoTimecode::addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                                    std::int64_t subframes, std::int64_t quarterFrames) {
+  if (refusesNonNumeric("ERROR: Can't add SMPTE info with non-numeric time. Timecode unchanged")) return;
   privateAddSMPTEHours(hours, minutes, seconds, frames, subframes, quarterFrames, false);
 }
 
-void QKVideoTimecode::subtractSMPTEHours(std::int64_t hours, std::int64_t minutes,
-                                         std::int64_t seconds, std::int64_t frames,
-                                         std::int64_t subframes, std::int64_t quarterFrames) {
-  if (refusesNonNumeric(
-          "ERROR: Can't subtract SMPTE info with non-numeric time. Timecode unchanged"))
-    return;
+void QKVideoTimecode::subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
+                                         std::int64_t frames, std::int64_t subframes, std::int64_t quarterFrames) {
+  if (refusesNonNumeric("ERROR: Can't subtract SMPTE info with non-numeric time. Timecode unchanged")) return;
   privateAddSMPTEHours(hours, minutes, seconds, frames, subframes, quarterFrames, true);
 }
 
-void QKVideoTimecode::privateClampIntegerValue(std::int64_t* value, std::int64_t minimum,
-                                               std::int64_t maximum, bool warn) const {
+void QKVideoTimecode::privateClampIntegerValue(std::int64_t* value, std::int64_t minimum, std::int64_t maximum,
+                                               bool warn) const {
   if (minimum > maximum) {
     raise("-[QKVideoTimecode privateClampIntegerValue:min:max:warn:]", 1189,
           "-[QKVideoTimecode privateClampIntegerValue:min:max:warn:] nonsense min/max");
@@ -1028,8 +946,7 @@ void QKVideoTimecode::privateClampIntegerValue(std::int64_t* value, std::int64_t
   if (*value >= minimum && *value <= maximum) return;
   *value = *value < minimum ? minimum : maximum;
   if (!warn) return;
-  std::string text =
-      "-[QKVideoTimecode privateClampIntegerValue:min:max:warn:] clamping a value to [";
+  std::string text = "-[QKVideoTimecode privateClampIntegerValue:min:max:warn:] clamping a value to [";
   appendInteger(text, minimum);
   text += ',';
   appendInteger(text, maximum);
@@ -1057,8 +974,7 @@ double QKVideoTimecode::privateVideoFramesFractionalPart() const {
     return static_cast<double>(magnitudeOf(time_.value) % scale.wholeFrameTime) /
            static_cast<double>(scale.wholeFrameTime);
   }
-  const double magnitude =
-      std::abs(flags_.useSeconds ? seconds_ : static_cast<double>(time_.value));
+  const double magnitude = std::abs(flags_.useSeconds ? seconds_ : static_cast<double>(time_.value));
   return scale.fractionPast(scale.wholeFrames(magnitude), magnitude);
 }
 
@@ -1090,8 +1006,7 @@ Number QKVideoTimecode::privateTimeForSeconds(double seconds) {
 
 void QKVideoTimecode::addSeconds(double seconds) {
   if (!(seconds >= 0)) {
-    raise("-[QKVideoTimecode addSeconds:]", 2085,
-          "-[QKVideoTimecode addSeconds:] requires nonnegative delta.");
+    raise("-[QKVideoTimecode addSeconds:]", 2085, "-[QKVideoTimecode addSeconds:] requires nonnegative delta.");
   }
   addTimecodeNumberValue(privateTimeForSeconds(seconds), false);
 }
@@ -1112,14 +1027,12 @@ void QKVideoTimecode::addTimecodeNumberValue(const Number& number, bool isNegati
     return;
   }
   const std::uint64_t rate = timeRate();
-  time_ =
-      add(time_, _rhoTimeFromOldTimeValue(magnitudeOf(number.int64Value()), rate, isNegativeDelta));
+  time_ = add(time_, _rhoTimeFromOldTimeValue(magnitudeOf(number.int64Value()), rate, isNegativeDelta));
 }
 
 void QKVideoTimecode::requireVideoFrames(std::string_view method, int line) const {
   if (mode_ != QKSMPTETimecodeModeInvalid) return;
-  raise(method, line,
-        "QKVideoTimecode: No video frame information in mode QKSMPTETimecodeModeInvalid");
+  raise(method, line, "QKVideoTimecode: No video frame information in mode QKSMPTETimecodeModeInvalid");
 }
 
 // Whole frames of the magnitude, or the nearest number of them in a duration mode: `nearest` is for doubles, where adding
@@ -1131,23 +1044,20 @@ std::uint64_t QKVideoTimecode::frameMagnitude(double (*nearest)(double)) const {
     const auto [frames, rest] = divideByFrameTime(magnitudeOf(time_.value), scale.wholeFrameTime);
     return frames + (scale.isDuration && rest >= scale.wholeFrameTime - rest ? 1 : 0);
   }
-  const double magnitude =
-      std::abs(flags_.useSeconds ? seconds_ : static_cast<double>(time_.value));
+  const double magnitude = std::abs(flags_.useSeconds ? seconds_ : static_cast<double>(time_.value));
   const double frames = magnitude / scale.frameTime;
   return saturateToUInt64(scale.isDuration ? nearest(frames) : frames);
 }
 
 std::uint64_t QKVideoTimecode::videoFrames() {
-  if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0")) return 0;
   requireVideoFrames("-[QKVideoTimecode videoFrames]", 2174);
   _normalizeTimeScaleForFrameRateIfNecessary();
   return frameMagnitude([](double frames) { return std::trunc(frames + 0.5); });
 }
 
 std::int64_t QKVideoTimecode::signedVideoFrames() {
-  if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0"))
-    return 0;
+  if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0")) return 0;
   requireVideoFrames("-[QKVideoTimecode signedVideoFrames]", 2136);
   _normalizeTimeScaleForFrameRateIfNecessary();
   const std::int64_t frames = saturatingFromUInt64(frameMagnitude(roundHalfAway));
@@ -1155,15 +1065,13 @@ std::int64_t QKVideoTimecode::signedVideoFrames() {
 }
 
 void QKVideoTimecode::setVideoFrames(std::uint64_t frames) {
-  if (refusesNonNumeric("ERROR: Can't set video frames with non-numeric time. Timecode unchanged"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set video frames with non-numeric time. Timecode unchanged")) return;
   requireVideoFrames("-[QKVideoTimecode setVideoFrames:]", 2160);
   setTimecodeNumberValue(privateTimeForVideoFrames(frames));
 }
 
 void QKVideoTimecode::setSignedVideoFrames(std::int64_t frames) {
-  if (refusesNonNumeric("ERROR: Can't set video frames with non-numeric time. Timecode unchanged"))
-    return;
+  if (refusesNonNumeric("ERROR: Can't set video frames with non-numeric time. Timecode unchanged")) return;
   requireVideoFrames("-[QKVideoTimecode setSignedVideoFrames:]", 2112);
   _normalizeTimeScaleForFrameRateIfNecessary();
   FrameScale storage;
@@ -1182,10 +1090,8 @@ Number QKVideoTimecode::privateTimeForVideoFrames(std::uint64_t frames) {
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
   if (flags_.useSeconds) return static_cast<double>(frames) * scale.frameTime;
-  if (scale.wholeFrameTime == 0)
-    return saturateToUInt64(static_cast<double>(frames) * scale.frameTime);
-  return frames > kUInt64Highest / scale.wholeFrameTime ? kUInt64Highest
-                                                        : frames * scale.wholeFrameTime;
+  if (scale.wholeFrameTime == 0) return saturateToUInt64(static_cast<double>(frames) * scale.frameTime);
+  return frames > kUInt64Highest / scale.wholeFrameTime ? kUInt64Highest : frames * scale.wholeFrameTime;
 }
 
 void QKVideoTimecode::addVideoFrames(std::uint64_t frames) {
@@ -1217,8 +1123,8 @@ int QKVideoTimecode::_compareDouble(const QKVideoTimecode& other) const {
 int QKVideoTimecode::compare(const Object& other) const {
   const auto* timecode = classCast<QKVideoTimecode>(&other);
   if (!timecode) {
-    logLine("ERROR: can't compare timecode " + descriptionForReport() + " to " +
-            other.descriptionForReport() + ". Returning OrderedSame.");
+    logLine("ERROR: can't compare timecode " + descriptionForReport() + " to " + other.descriptionForReport() +
+            ". Returning OrderedSame.");
     return 0;
   }
   if (!isNumeric() || !timecode->isNumeric()) {
@@ -1295,12 +1201,137 @@ void* QKVideoTimecode::asProtocol(const Protocol& protocol) {
   if (&protocol == &QKOneDimensionalTimeTimecode::protocol) {
     return static_cast<QKOneDimensionalTimeTimecode*>(this);
   }
-  return &protocol == &Copying::protocol ? static_cast<Object*>(this) : nullptr;
+  const bool isServed = &protocol == &Copying::protocol || &protocol == &Coding::protocol;
+  return isServed ? static_cast<Object*>(this) : nullptr;
+}
+
+// ---- Coding ----
+
+namespace {
+
+_QKCustomVideoModeInfo decodedInfo(const Ref<Object>& object) {
+  const auto* info = classCast<_QKCustomVideoModeInfo>(object.get());
+  return info ? *info : _QKCustomVideoModeInfo();
+}
+
+// The info of a layout that stored the custom rate alone.
+_QKCustomVideoModeInfo oldInfo(double frameRate, std::int32_t preferredTimeScale) {
+  _QKCustomVideoModeInfo info;
+  info.frameRate = frameRate;
+  info.preferredTimeScale = preferredTimeScale;
+  return info;
+}
+
+constexpr auto kSCRTimeScale = static_cast<std::int32_t>(QKTimecodeSCRTimeRate);
+
+// The tick rate of a custom mode in a layout that stored ticks at a rate.
+std::int32_t oldPreferredTimeScale(double frameRate, std::uint64_t rate) {
+  if (frameRate == 0) return 0;
+  return rate < 0x80000000 ? static_cast<std::int32_t>(rate) : kSCRTimeScale;
+}
+
+constexpr const ClassDescriptor* kInfoClasses[] = {&_QKCustomVideoModeInfo::descriptor};
+
+}  // namespace
+
+QKVideoTimecode::QKVideoTimecode(KeyedCoder& coder) {
+  const DecodingRegistration registration(coder, descriptor);
+  if (coder.allowsKeyedCoding()) {
+    decodeKeyed(coder);
+  } else {
+    decodeSequential(coder);
+  }
+}
+
+void QKVideoTimecode::decodeKeyed(KeyedCoder& coder) {
+  const bool isOld = coder.decodeInteger("OrbisVideoTimecodeVersion") < 2;
+  mode_ = static_cast<QKSMPTETimecodeMode>(coder.decodeInteger("OrbisVideoTimecodeMode"));
+  if (isOld) {
+    customVideoModeInfo_.frameRate = coder.decodeDouble("OrbisVideoTimecodeCustomVideoFrameRate");
+  } else {
+    customVideoModeInfo_ = decodedInfo(coder.decodeObject(kInfoClasses, "OrbisVideoTimecodeCustomVideoModeInfo"));
+  }
+  flags_.useSeconds = coder.decodeBool("OrbisVideoTimecodeUseSeconds");
+  if (flags_.useSeconds) {
+    seconds_ = coder.decodeDouble("OrbisVideoTimecodeTimeValue");
+    if (!isOld) return;
+    if (coder.decodeBool("OrbisVideoTimecodeIsNegative")) seconds_ = -seconds_;
+    customVideoModeInfo_.preferredTimeScale = kSCRTimeScale;
+  } else if (isOld) {
+    const auto value = static_cast<std::uint64_t>(coder.decodeInt64("OrbisVideoTimecodeTimeValue"));
+    const auto rate = static_cast<std::uint64_t>(coder.decodeInt64("OrbisVideoTimecodeTimeRate"));
+    const bool isNegative = coder.decodeBool("OrbisVideoTimecodeIsNegative");
+    customVideoModeInfo_.preferredTimeScale = oldPreferredTimeScale(customVideoModeInfo_.frameRate, rate);
+    time_ = _rhoTimeFromOldTimeValue(value, rate, isNegative);
+  } else {
+    time_.value = coder.decodeInt64("OrbisVideoTimecodeRhoTimeValue");
+    time_.timescale = coder.decodeInt32("OrbisVideoTimecodeRhoTimeScale");
+    time_.flags = static_cast<std::uint32_t>(coder.decodeInt32("OrbisVideoTimecodeRhoTimeFlags"));
+    time_.epoch = coder.decodeInt64("OrbisVideoTimecodeRhoTimeEpoch");
+  }
+}
+
+void QKVideoTimecode::decodeSequential(KeyedCoder& coder) {
+  const bool isOld = coder.versionForClassName("OrbisVideoTimecode") < 2;
+  Number values[5];
+  const auto decode = [&](std::string_view types) {
+    coder.decodeValues(types, std::span<Number>(values, types.size()));
+  };
+  decode("i");
+  flags_.useSeconds = values[0].boolValue();
+  if (flags_.useSeconds && isOld) {
+    decode("Qiid");                             // the first two are not read
+    mode_ = QKSMPTETimecodeMode_23976Duration;  // whatever was archived, on purpose
+    const double frameRate = values[3].doubleValue();
+    customVideoModeInfo_ = oldInfo(frameRate, frameRate != 0 ? kSCRTimeScale : 0);
+  } else if (flags_.useSeconds) {
+    decode("di");
+    seconds_ = values[0].doubleValue();
+    mode_ = static_cast<QKSMPTETimecodeMode>(values[1].int64Value());
+  } else if (isOld) {
+    decode("QQiid");
+    const std::uint64_t rate = values[1].uint64Value();
+    mode_ = static_cast<QKSMPTETimecodeMode>(values[3].int64Value());
+    const double frameRate = values[4].doubleValue();
+    customVideoModeInfo_ = oldInfo(frameRate, oldPreferredTimeScale(frameRate, rate));
+    time_ = _rhoTimeFromOldTimeValue(values[0].uint64Value(), rate, values[2].boolValue());
+  } else {
+    decode("qiIqi");
+    time_ = MediaTime(values[0].int64Value(), static_cast<std::int32_t>(values[1].int64Value()),
+                      static_cast<std::uint32_t>(values[2].uint64Value()), values[3].int64Value());
+    mode_ = static_cast<QKSMPTETimecodeMode>(values[4].int64Value());
+  }
+  if (!isOld) customVideoModeInfo_ = decodedInfo(coder.decodeObject(kInfoClasses));
+}
+
+void QKVideoTimecode::encodeWithCoder(KeyedCoder& coder) const {
+  if (!coder.allowsKeyedCoding()) {
+    coder.encodeValues("i", {flags_.useSeconds ? 1 : 0});
+    const auto mode = static_cast<std::int64_t>(mode_);
+    if (flags_.useSeconds) {
+      coder.encodeValues("di", {seconds_, mode});
+    } else {
+      coder.encodeValues("qiIqi", {time_.value, time_.timescale, time_.flags, time_.epoch, mode});
+    }
+    coder.encodeObject(&customVideoModeInfo_);
+    return;
+  }
+  coder.encodeInteger(version(), "OrbisVideoTimecodeVersion");
+  coder.encodeInteger(mode_, "OrbisVideoTimecodeMode");
+  coder.encodeObject(&customVideoModeInfo_, "OrbisVideoTimecodeCustomVideoModeInfo");
+  coder.encodeBool(flags_.useSeconds, "OrbisVideoTimecodeUseSeconds");
+  if (flags_.useSeconds) {
+    coder.encodeDouble(seconds_, "OrbisVideoTimecodeTimeValue");
+    return;
+  }
+  coder.encodeInt64(time_.value, "OrbisVideoTimecodeRhoTimeValue");
+  coder.encodeInt32(time_.timescale, "OrbisVideoTimecodeRhoTimeScale");
+  coder.encodeInt32(static_cast<std::int32_t>(time_.flags), "OrbisVideoTimecodeRhoTimeFlags");
+  coder.encodeInt64(time_.epoch, "OrbisVideoTimecodeRhoTimeEpoch");
 }
 
 }  // namespace quill::inline v0
 
-std::size_t std::hash<quill::QKVideoTimecode>::operator()(
-    const quill::QKVideoTimecode& timecode) const {
+std::size_t std::hash<quill::QKVideoTimecode>::operator()(const quill::QKVideoTimecode& timecode) const {
   return static_cast<std::size_t>(timecode.hashQuietly());
 }

@@ -9,7 +9,7 @@
 //   it alone, and a log line says so. Setting the time, the seconds, the number value or zero makes it numeric again.
 // - Value operations take no heap.
 //
-// Rooms: Making; Time and mode; SMPTE fields; Frames and seconds; Comparing and text; For the deputies; For subclasses;
+// Rooms: Making; Time and mode; SMPTE fields; Frames and seconds; Comparing and text; Coding; For the deputies; For subclasses;
 // Storage.
 #pragma once
 
@@ -58,8 +58,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // Ticks at a rate: QKTimecodeBestTimeRate is the mode's own (27000000 for Custom and Invalid), QKTimecodeUseSeconds
   // holds the number as seconds. Ticks are read as unsigned.
-  QKVideoTimecode(const Number& timecodeNumberValue, TimeRate timeRate,
-                  QKSMPTETimecodeMode timecodeMode);
+  QKVideoTimecode(const Number& timecodeNumberValue, TimeRate timeRate, QKSMPTETimecodeMode timecodeMode);
 
   QKVideoTimecode(const QKVideoTimecode&) = default;
   QKVideoTimecode& operator=(const QKVideoTimecode&) = default;
@@ -95,9 +94,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // ({25}, {48000}) gives 48000.
   static std::uint64_t timeRateForTimecodeModes(std::span<const QKSMPTETimecodeMode> modes,
                                                 std::span<const std::uint64_t> otherTimeRates);
-  static std::uint64_t timeRateForTimecodeModes(
-      std::initializer_list<QKSMPTETimecodeMode> modes,
-      std::initializer_list<std::uint64_t> otherTimeRates);
+  static std::uint64_t timeRateForTimecodeModes(std::initializer_list<QKSMPTETimecodeMode> modes,
+                                                std::initializer_list<std::uint64_t> otherTimeRates);
 
   // The time; the invalid time in the seconds mode.
   MediaTime timeValue() const;
@@ -162,9 +160,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // A non-numeric time logs a line, reads as 0 and stays unchanged. The Invalid mode fails an assertion.
 
   // Any pointer may be null.
-  void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
-                     std::int64_t* frames, std::int64_t* subframes,
-                     std::int64_t* quarterFrames) override;
+  void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
+                     std::int64_t* subframes, std::int64_t* quarterFrames) override;
   std::int64_t SMPTEHours();
   std::int64_t SMPTEMinutes();
   std::int64_t SMPTESeconds();
@@ -187,12 +184,10 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // (a minute from 00:00:00;02 is 00:01:00;02), a change of up to 99 frames moves by as many frames as it says, and
   // whole hours, minutes and seconds taken back return to the label they started from at 29.97. A negative amount fails
   // an assertion; where the handler returns it is used as it is.
-  void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                     std::int64_t frames, std::int64_t subframes,
-                     std::int64_t quarterFrames) override;
-  void subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                          std::int64_t frames, std::int64_t subframes,
-                          std::int64_t quarterFrames) override;
+  void addSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                     std::int64_t subframes, std::int64_t quarterFrames) override;
+  void subtractSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                          std::int64_t subframes, std::int64_t quarterFrames) override;
 
   // ---- Frames and seconds ----
   //
@@ -237,17 +232,22 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   friend bool operator==(const QKVideoTimecode& a, const QKVideoTimecode& b) {
     return &a == &b || (a.isEqualApartFromTime(b) && a.compareQuietly(b) == 0);
   }
-  friend QUILL_EXPORT std::partial_ordering operator<=>(const QKVideoTimecode& a,
-                                                        const QKVideoTimecode& b);
+  friend QUILL_EXPORT std::partial_ordering operator<=>(const QKVideoTimecode& a, const QKVideoTimecode& b);
 
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   void* asProtocol(const Protocol& protocol) override;
 
+  // ---- Coding ----
+
+  // Reads every older layout; a time that is not numeric is kept as read.
+  explicit QKVideoTimecode(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
+
   // ---- For the deputies ----
 
   // The fields with the fraction of a frame in [0, 1). Any pointer may be null.
-  void privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
-                            std::int64_t* frames, double* fractionalFrames);
+  void privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
+                            double* fractionalFrames);
   // Writes all fields in one go, with the sign that the value has, where that gives the same as the five setters one
   // after another, hours first: each in its usual range, up to a million hours, in a fixed counting or drop-frame mode
   // outside the seconds mode. False, and nothing changed, elsewhere.
@@ -278,8 +278,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // Of a minute that drops labels.
   std::int64_t privateFramesPerMinute() const;
 
-  void privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                            std::int64_t frames, double fractionalFrames);
+  void privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                            double fractionalFrames);
   void privateSetSMPTEHours(std::int64_t hours);
   void privateSetSMPTEMinutes(std::int64_t minutes);
   void privateSetSMPTESeconds(std::int64_t seconds);
@@ -287,9 +287,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   void privateSetSMPTESubframes(std::int64_t subframes);
   void privateSetSMPTEQuarterFrames(std::int64_t quarterFrames);
   // The ticks (or seconds) that these fields stand for at the best timescale; quarter frames count where subframes are 0.
-  Number privateTimeForHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                             std::int64_t frames, std::int64_t subframes,
-                             std::int64_t quarterFrames) const;
+  Number privateTimeForHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                             std::int64_t subframes, std::int64_t quarterFrames) const;
   // The fields carried as the plain counting mode of the same rate carries them: 0:0:0:45 at 30 is 0:0:1:15.
   SMPTEFieldSet privateNormalizeHMSFs(const SMPTEFieldSet& fields) const;
   // Field by field, with the drop-frame correction. The value ends with the sign that the sum has.
@@ -297,12 +296,10 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   std::int64_t privateDropFrameAdjustmentForHMFSsBeforeChange(const SMPTEFieldSet& before,
                                                               const SMPTEFieldSet& afterChange,
                                                               const SMPTEFieldSet& change) const;
-  void privateAddSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
-                            std::int64_t frames, std::int64_t subframes, std::int64_t quarterFrames,
-                            bool isNegativeDelta);
+  void privateAddSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds, std::int64_t frames,
+                            std::int64_t subframes, std::int64_t quarterFrames, bool isNegativeDelta);
   // Brings a value into [minimum, maximum].
-  void privateClampIntegerValue(std::int64_t* value, std::int64_t minimum, std::int64_t maximum,
-                                bool warn) const;
+  void privateClampIntegerValue(std::int64_t* value, std::int64_t minimum, std::int64_t maximum, bool warn) const;
 
   // What an amount of seconds or frames is in ticks (unsigned) or seconds (double).
   Number privateTimeForSeconds(double seconds);
@@ -316,6 +313,9 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // The fraction of a frame past them, in [0, 1).
   double privateVideoFramesFractionalPart() const;
 
+  // Logs the line and answers true for a time that cannot be computed with.
+  bool refusesNonNumeric(std::string_view logText) const;
+
   const _QKCustomVideoModeInfo& customVideoModeInfo() const { return customVideoModeInfo_; }
   // The stored time, whatever the mode; a subclass that replaces it keeps it numeric.
   const MediaTime& storedTime() const { return time_; }
@@ -325,6 +325,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   friend struct std::hash<QKVideoTimecode>;
   struct FrameScale;
 
+  void raise(std::string_view method, int line, std::string_view description) const;
   // The scale at the stored timescale or another one; an unusual one is made in `storage`.
   const FrameScale& frameScale(FrameScale& storage) const;
   const FrameScale& bestFrameScale(FrameScale& storage) const;
@@ -332,8 +333,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   std::uint64_t frameCountSum(std::uint64_t a, std::uint64_t b) const;
   SMPTECounting counting() const;
   SMPTEFieldSet privateFields();
-  bool refusesNonNumeric(std::string_view logText) const;
-  void raise(std::string_view method, int line, std::string_view description) const;
+  void decodeKeyed(KeyedCoder& coder);
+  void decodeSequential(KeyedCoder& coder);
   void privateSetFrameParts(std::int64_t parts, std::int64_t partsPerFrame);
   void requireVideoFrames(std::string_view method, int line) const;
   std::uint64_t frameMagnitude(double (*nearest)(double)) const;

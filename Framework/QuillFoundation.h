@@ -1,7 +1,10 @@
 // Everything public of the library.
 #pragma once
 
+#include "../Platform/Archive.h"
+#include "../Platform/BoundOperation.h"
 #include "../Platform/IntegerMath.h"
+#include "../Platform/KeyedCoder.h"
 #include "../Platform/LocaleInfo.h"
 #include "../Platform/MediaTime.h"
 #include "../Platform/NotificationCenter.h"
@@ -14,7 +17,11 @@
 #include "QKCustomVideoModeInfo.h"
 #include "QKFormatDeputy.h"
 #include "QKFormatDeputyUtilities.h"
+#include "QKHMSTimecodeFormatDeputy.h"
+#include "QKOneDFramesTimecodeFormatDeputy.h"
+#include "QKOneDTimeTimecodeFormatDeputy.h"
 #include "QKSMPTETimecodeFormatDeputy.h"
+#include "QKTimecode.h"
 #include "QKTimecodeFormatter.h"
 #include "QKTimecodeProtocols.h"
 #include "QKTimecodeSegmentNumberFormatter.h"

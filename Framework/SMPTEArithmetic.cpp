@@ -36,9 +36,8 @@ void carry(std::int64_t& low, std::int64_t& high, std::int64_t size) {
 
 SMPTEFieldSet fieldByField(const SMPTEFieldSet& a, const SMPTEFieldSet& b,
                            std::int64_t (*operation)(std::int64_t, std::int64_t)) {
-  return {operation(a.hours, b.hours), operation(a.minutes, b.minutes),
-          operation(a.seconds, b.seconds), operation(a.frames, b.frames),
-          operation(a.subframes, b.subframes)};
+  return {operation(a.hours, b.hours), operation(a.minutes, b.minutes), operation(a.seconds, b.seconds),
+          operation(a.frames, b.frames), operation(a.subframes, b.subframes)};
 }
 
 // Counts and n fit the word; the narrow one divides faster. Every count is positive.
@@ -47,8 +46,7 @@ constexpr SMPTEFieldSet wholeRateLabel(const SMPTECounting& counting, Word n) {
   const auto perMinute = static_cast<Word>(counting.framesPerMinute);
   const auto perTenMinutes = static_cast<Word>(counting.framesPerTenMinutes);
   const auto perHour = static_cast<Word>(counting.framesPerHour);
-  const auto dropped = static_cast<Word>(counting.dropped),
-             whole = static_cast<Word>(counting.whole);
+  const auto dropped = static_cast<Word>(counting.dropped), whole = static_cast<Word>(counting.whole);
   const Word hours = n / perHour;
   Word r = n % perHour;
   Word minutes = r / perTenMinutes * 10;
@@ -59,8 +57,8 @@ constexpr SMPTEFieldSet wholeRateLabel(const SMPTECounting& counting, Word n) {
     minutes += r / perMinute + 1;
     r = r % perMinute + dropped;  // as if the skipped labels had frames
   }
-  return {static_cast<std::int64_t>(hours), static_cast<std::int64_t>(minutes),
-          static_cast<std::int64_t>(r / whole), static_cast<std::int64_t>(r % whole), 0};
+  return {static_cast<std::int64_t>(hours), static_cast<std::int64_t>(minutes), static_cast<std::int64_t>(r / whole),
+          static_cast<std::int64_t>(r % whole), 0};
 }
 
 // wholeRateLabel of each fixed mode with a whole rate, its divisions by constants compiled in; null for the others.
@@ -95,13 +93,12 @@ std::int64_t wholeRateFrame(const SMPTECounting& counting, const SMPTEFieldSet& 
   const auto add = &Arithmetic::add;
   const auto multiply = &Arithmetic::multiply;
   const std::int64_t minuteInTen = label.minutes % 10;
-  std::int64_t n = add(multiply(label.hours, counting.framesPerHour),
-                       multiply(label.minutes / 10, counting.framesPerTenMinutes));
+  std::int64_t n =
+      add(multiply(label.hours, counting.framesPerHour), multiply(label.minutes / 10, counting.framesPerTenMinutes));
   n = add(n, multiply(minuteInTen, counting.framesPerMinute));
   if (counting.dropped > 0 && minuteInTen != 0 && label.seconds == 0) {
     // A skipped label stands for the first frame of the minute, which the first one of the ten pushed back.
-    return add(add(n, counting.dropped),
-               std::max<std::int64_t>(add(label.frames, -counting.dropped), 0));
+    return add(add(n, counting.dropped), std::max<std::int64_t>(add(label.frames, -counting.dropped), 0));
   }
   // What the first minute has more and the first second has fewer cancels out.
   return add(add(n, multiply(label.seconds, counting.whole)), label.frames);
@@ -116,8 +113,7 @@ SMPTEFieldSet labelFromFrame(const SMPTECounting& counting, std::int64_t n) {
   if (counting.whole > 0 && n >= 0) {
     const bool isNarrow = n <= std::numeric_limits<std::uint32_t>::max();
     return isNarrow && counting.fixedMode >= 0
-               ? kLabelFunctions[static_cast<std::size_t>(counting.fixedMode)](
-                     static_cast<std::uint32_t>(n))
+               ? kLabelFunctions[static_cast<std::size_t>(counting.fixedMode)](static_cast<std::uint32_t>(n))
                : wholeRateLabel(counting, static_cast<std::uint64_t>(n));
   }
   SMPTEFieldSet label;
@@ -156,13 +152,9 @@ double fractionalFrameFromLabel(const SMPTECounting& counting, const SMPTEFieldS
     return static_cast<double>(times) * static_cast<double>(frames);
   };
   const double secondFrames =
-      label.seconds == 0
-          ? 0
-          : counting.nominal * (static_cast<double>(label.seconds) - 1) + counting.nominal;
-  return count(label.hours, counting.framesPerHour) +
-         count(label.minutes / 10, counting.framesPerTenMinutes) +
-         count(label.minutes % 10, counting.framesPerMinute) + secondFrames +
-         static_cast<double>(label.frames);
+      label.seconds == 0 ? 0 : counting.nominal * (static_cast<double>(label.seconds) - 1) + counting.nominal;
+  return count(label.hours, counting.framesPerHour) + count(label.minutes / 10, counting.framesPerTenMinutes) +
+         count(label.minutes % 10, counting.framesPerMinute) + secondFrames + static_cast<double>(label.frames);
 }
 
 SMPTEFieldSet carriedFields(SMPTEFieldSet fields, std::int64_t framesPerSecond) {
@@ -173,24 +165,21 @@ SMPTEFieldSet carriedFields(SMPTEFieldSet fields, std::int64_t framesPerSecond) 
   return fields;
 }
 
-SMPTEFieldSet addFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b,
-                        std::int64_t framesPerSecond) {
+SMPTEFieldSet addFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b, std::int64_t framesPerSecond) {
   return carriedFields(fieldByField(a, b, saturatingAdd), framesPerSecond);
 }
 
-SMPTEFieldSet subtractFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b,
-                             std::int64_t framesPerSecond) {
+SMPTEFieldSet subtractFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b, std::int64_t framesPerSecond) {
   return carriedFields(fieldByField(a, b, wrappingSubtract), framesPerSecond);
 }
 
-SMPTEFieldSet privateHMSFsFrameAdjustment(SMPTEFieldSet fields, std::int64_t frameDelta,
-                                          std::int64_t framesPerSecond) {
+SMPTEFieldSet privateHMSFsFrameAdjustment(SMPTEFieldSet fields, std::int64_t frameDelta, std::int64_t framesPerSecond) {
   fields.frames = saturatingAdd(fields.frames, frameDelta);
   return carriedFields(fields, framesPerSecond);
 }
 
-std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond, const SMPTEFieldSet& before,
-                                 const SMPTEFieldSet& after, const SMPTEFieldSet& change) {
+std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond, const SMPTEFieldSet& before, const SMPTEFieldSet& after,
+                                 const SMPTEFieldSet& change) {
   if (framesPerSecond < 1) return 0;
   const std::int64_t dropped = framesPerSecond / 15;
   // 99 frames as seconds and frames.
@@ -200,25 +189,21 @@ std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond, const SMPTEFieldS
 
   if (before < after) {
     const std::int64_t m = saturatingAdd(before.minutes, 1);
-    const bool crosses = isSmallChange && dropsLabels(m) && before.seconds >= 60 - k &&
-                         after.minutes == m % 60 && after.seconds <= k;
+    const bool crosses =
+        isSmallChange && dropsLabels(m) && before.seconds >= 60 - k && after.minutes == m % 60 && after.seconds <= k;
     return crosses ? dropped : 0;
   }
   if (before == after) {
-    const bool isSkipped =
-        dropsLabels(before.minutes) && before.seconds == 0 && before.frames < dropped;
+    const bool isSkipped = dropsLabels(before.minutes) && before.seconds == 0 && before.frames < dropped;
     return isSkipped ? saturatingAdd(dropped, -std::max(before.frames, -kInt64Highest)) : 0;
   }
   if (!isSmallChange || !dropsLabels(before.minutes) || before.seconds > k) return 0;
-  if (after.minutes == before.minutes && after.seconds == 0 && after.frames < dropped)
-    return -dropped;
+  if (after.minutes == before.minutes && after.seconds == 0 && after.frames < dropped) return -dropped;
   const std::int64_t previous = (before.minutes % 60 + 59) % 60;
   return after.minutes == previous && after.seconds >= 60 - k ? -dropped : 0;
 }
 
-std::int64_t subframesFromFraction(double fraction) {
-  return saturateToInt64(std::min((fraction + 0.001) * 80, 79.0));
-}
+std::int64_t subframesFromFraction(double fraction) { return saturateToInt64(std::min((fraction + 0.001) * 80, 79.0)); }
 
 std::int64_t quarterFramesFromFraction(double fraction) {
   return saturateToInt64(std::min((fraction + 0.001) * 4, 3.0));

@@ -37,11 +37,8 @@ struct SMPTECounting {
 
   // At a nominal rate in frames per second.
   static constexpr SMPTECounting atRate(double nominal, bool drop) {
-    const auto skipped = [&](double labelsAt30) {
-      return drop ? saturateToInt64(nominal * labelsAt30 / 30) : 0;
-    };
-    const bool isWhole = nominal >= 1 && nominal < kTwoTo63 &&
-                         static_cast<double>(saturateToInt64(nominal)) == nominal;
+    const auto skipped = [&](double labelsAt30) { return drop ? saturateToInt64(nominal * labelsAt30 / 30) : 0; };
+    const bool isWhole = nominal >= 1 && nominal < kTwoTo63 && static_cast<double>(saturateToInt64(nominal)) == nominal;
     return {nominal,
             isWhole ? saturateToInt64(nominal) : 0,
             skipped(2),
@@ -61,8 +58,7 @@ inline constexpr auto kModeCountings = [] {
   std::array<SMPTECounting, std::size(kTimecodeModeTable)> countings{};
   for (std::size_t i = 0; i < countings.size(); ++i) {
     const TimecodeModeRow& row = kTimecodeModeTable[i];
-    countings[i] =
-        SMPTECounting::atRate(row.nominalFrameRate(), row.kind == TimecodeModeKind::Drop);
+    countings[i] = SMPTECounting::atRate(row.nominalFrameRate(), row.kind == TimecodeModeKind::Drop);
     countings[i].fixedMode = row.mode;
   }
   return countings;
@@ -71,9 +67,7 @@ inline constexpr auto kModeCountings = [] {
 
 inline const SMPTECounting* SMPTECounting::ofMode(QKSMPTETimecodeMode mode) {
   const auto index = static_cast<std::uint64_t>(mode);
-  return index < detail::kModeCountings.size()
-             ? &detail::kModeCountings[static_cast<std::size_t>(index)]
-             : nullptr;
+  return index < detail::kModeCountings.size() ? &detail::kModeCountings[static_cast<std::size_t>(index)] : nullptr;
 }
 
 // The label of frame number n counted from 0; subframes are 0. Hours have no upper limit. At 29.97 drop frame 1800
@@ -83,31 +77,25 @@ QUILL_EXPORT SMPTEFieldSet labelFromFrame(const SMPTECounting& counting, std::in
 // The frame number of a label, subframes aside: a whole number except at fractional rates. A label that drop-frame
 // skips gives the first frame of its minute. Fields may pass their usual range.
 QUILL_EXPORT std::int64_t frameFromLabel(const SMPTECounting& counting, const SMPTEFieldSet& label);
-QUILL_EXPORT double fractionalFrameFromLabel(const SMPTECounting& counting,
-                                             const SMPTEFieldSet& label);
+QUILL_EXPORT double fractionalFrameFromLabel(const SMPTECounting& counting, const SMPTEFieldSet& label);
 
 // Carries every field into the next one until subframes stand in [0, 80), frames in [0, framesPerSecond), seconds and
 // minutes in [0, 60); borrows where a field is negative.
 QUILL_EXPORT SMPTEFieldSet carriedFields(SMPTEFieldSet fields, std::int64_t framesPerSecond);
 
 // Field by field, then carried.
-QUILL_EXPORT SMPTEFieldSet addFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b,
-                                     std::int64_t framesPerSecond);
-QUILL_EXPORT SMPTEFieldSet subtractFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b,
-                                          std::int64_t framesPerSecond);
+QUILL_EXPORT SMPTEFieldSet addFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b, std::int64_t framesPerSecond);
+QUILL_EXPORT SMPTEFieldSet subtractFields(const SMPTEFieldSet& a, const SMPTEFieldSet& b, std::int64_t framesPerSecond);
 
 // One field set with a signed number of frames added, carried into seconds, minutes and hours or borrowed from them.
-QUILL_EXPORT SMPTEFieldSet privateHMSFsFrameAdjustment(SMPTEFieldSet fields,
-                                                       std::int64_t frameDelta,
+QUILL_EXPORT SMPTEFieldSet privateHMSFsFrameAdjustment(SMPTEFieldSet fields, std::int64_t frameDelta,
                                                        std::int64_t framesPerSecond);
 
 // The frames to add to `after`, so that a change of up to 99 frames across a dropped label moves by as many frames as
 // it says, and a label that lands on a skipped one moves to the first real label. `before` and `after` are the labels
 // before and after `change` was added or subtracted field by field. Signed, in frames.
-QUILL_EXPORT std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond,
-                                              const SMPTEFieldSet& before,
-                                              const SMPTEFieldSet& after,
-                                              const SMPTEFieldSet& change);
+QUILL_EXPORT std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond, const SMPTEFieldSet& before,
+                                              const SMPTEFieldSet& after, const SMPTEFieldSet& change);
 
 // 80ths and quarters of a frame from a fraction of one: the whole parts after 1/1000 of a frame is added, at most 79
 // and 3. 0.2375 gives 19 subframes.

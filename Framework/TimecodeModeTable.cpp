@@ -21,9 +21,8 @@ std::string folded(std::string_view name) {
 }
 
 // Other ways to say the end of a short name.
-constexpr std::array<std::string_view, 2> kSuffixes[] = {{"ndf", ""},         {"nondrop", ""},
-                                                         {"fps", ""},         {"drop", "df"},
-                                                         {"dropframe", "df"}, {"dur", "duration"}};
+constexpr std::array<std::string_view, 2> kSuffixes[] = {{"ndf", ""},    {"nondrop", ""},     {"fps", ""},
+                                                         {"drop", "df"}, {"dropframe", "df"}, {"dur", "duration"}};
 
 bool replaceSuffix(std::string& text, std::string_view suffix, std::string_view replacement) {
   if (!text.ends_with(suffix)) return false;
@@ -64,11 +63,9 @@ std::optional<QKSMPTETimecodeMode> timecodeModeNamed(std::string_view name) {
   return find(wanted);
 }
 
-bool isDroppedLabel(QKSMPTETimecodeMode mode, std::int64_t minutes, std::int64_t seconds,
-                    std::int64_t frames) {
+bool isDroppedLabel(QKSMPTETimecodeMode mode, std::int64_t minutes, std::int64_t seconds, std::int64_t frames) {
   const auto* row = timecodeModeRow(mode);
-  return row && minutes > 0 && minutes % 10 != 0 && seconds == 0 && frames >= 0 &&
-         frames < row->droppedLabels();
+  return row && minutes > 0 && minutes % 10 != 0 && seconds == 0 && frames >= 0 && frames < row->droppedLabels();
 }
 
 }  // namespace quill::inline v0

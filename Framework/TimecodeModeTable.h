@@ -48,8 +48,7 @@ struct TimecodeModeRow {
   TimecodeModeKind kind;
   std::int64_t rateNumerator;  // exact frames per second
   std::int64_t rateDenominator;
-  std::int64_t
-      countingRate;  // frame labels a second: 24, 25, 30 ... (the whole rate of a duration mode)
+  std::int64_t countingRate;      // frame labels a second: 24, 25, 30 ... (the whole rate of a duration mode)
   std::int64_t tickRate;          // ticks per second, below 2^31
   QKSMPTETimecodeMode plainMode;  // the mode that counts the same frames without dropping
 
@@ -58,54 +57,40 @@ struct TimecodeModeRow {
   }
   // The whole rate, or the fractional one in a duration mode.
   constexpr double nominalFrameRate() const {
-    return kind == TimecodeModeKind::Duration ? videoFrameRate()
-                                              : static_cast<double>(countingRate);
+    return kind == TimecodeModeKind::Duration ? videoFrameRate() : static_cast<double>(countingRate);
   }
   // Labels skipped in every minute but the tenth: 2 a minute for each 30 frames a second (SMPTE ST 12-1).
-  constexpr std::int64_t droppedLabels() const {
-    return kind == TimecodeModeKind::Drop ? countingRate * 2 / 30 : 0;
-  }
+  constexpr std::int64_t droppedLabels() const { return kind == TimecodeModeKind::Drop ? countingRate * 2 / 30 : 0; }
   // 80 or 80080.
-  constexpr std::int64_t ticksPerFrame() const {
-    return tickRate * rateDenominator / rateNumerator;
-  }
+  constexpr std::int64_t ticksPerFrame() const { return tickRate * rateDenominator / rateNumerator; }
 };
 
 #define QUILL_MODE(suffix) QKSMPTETimecodeMode_##suffix, "QKSMPTETimecodeMode_" #suffix
 // In the order of the modes.
 inline constexpr TimecodeModeRow kTimecodeModeTable[] = {
-    {QUILL_MODE(23976Duration), "23.976 duration", TimecodeModeKind::Duration, 24000, 1001, 24,
-     1920000, QKSMPTETimecodeMode_23976},
-    {QUILL_MODE(23976), "23.976", TimecodeModeKind::Counting, 24000, 1001, 24, 1920000,
+    {QUILL_MODE(23976Duration), "23.976 duration", TimecodeModeKind::Duration, 24000, 1001, 24, 1920000,
      QKSMPTETimecodeMode_23976},
+    {QUILL_MODE(23976), "23.976", TimecodeModeKind::Counting, 24000, 1001, 24, 1920000, QKSMPTETimecodeMode_23976},
     {QUILL_MODE(24), "24", TimecodeModeKind::Counting, 24, 1, 24, 1920, QKSMPTETimecodeMode_24},
     {QUILL_MODE(25), "25", TimecodeModeKind::Counting, 25, 1, 25, 2000, QKSMPTETimecodeMode_25},
-    {QUILL_MODE(2997Duration), "29.97 duration", TimecodeModeKind::Duration, 30000, 1001, 30,
-     2400000, QKSMPTETimecodeMode_2997},
-    {QUILL_MODE(2997), "29.97", TimecodeModeKind::Counting, 30000, 1001, 30, 2400000,
+    {QUILL_MODE(2997Duration), "29.97 duration", TimecodeModeKind::Duration, 30000, 1001, 30, 2400000,
      QKSMPTETimecodeMode_2997},
-    {QUILL_MODE(2997Drop), "29.97df", TimecodeModeKind::Drop, 30000, 1001, 30, 2400000,
-     QKSMPTETimecodeMode_2997},
+    {QUILL_MODE(2997), "29.97", TimecodeModeKind::Counting, 30000, 1001, 30, 2400000, QKSMPTETimecodeMode_2997},
+    {QUILL_MODE(2997Drop), "29.97df", TimecodeModeKind::Drop, 30000, 1001, 30, 2400000, QKSMPTETimecodeMode_2997},
     {QUILL_MODE(30), "30", TimecodeModeKind::Counting, 30, 1, 30, 2400, QKSMPTETimecodeMode_30},
     {QUILL_MODE(50), "50", TimecodeModeKind::Counting, 50, 1, 50, 4000, QKSMPTETimecodeMode_50},
-    {QUILL_MODE(5994Duration), "59.94 duration", TimecodeModeKind::Duration, 60000, 1001, 60,
-     4800000, QKSMPTETimecodeMode_5994},
-    {QUILL_MODE(5994), "59.94", TimecodeModeKind::Counting, 60000, 1001, 60, 4800000,
+    {QUILL_MODE(5994Duration), "59.94 duration", TimecodeModeKind::Duration, 60000, 1001, 60, 4800000,
      QKSMPTETimecodeMode_5994},
-    {QUILL_MODE(5994Drop), "59.94df", TimecodeModeKind::Drop, 60000, 1001, 60, 4800000,
-     QKSMPTETimecodeMode_5994},
+    {QUILL_MODE(5994), "59.94", TimecodeModeKind::Counting, 60000, 1001, 60, 4800000, QKSMPTETimecodeMode_5994},
+    {QUILL_MODE(5994Drop), "59.94df", TimecodeModeKind::Drop, 60000, 1001, 60, 4800000, QKSMPTETimecodeMode_5994},
     {QUILL_MODE(60), "60", TimecodeModeKind::Counting, 60, 1, 60, 4800, QKSMPTETimecodeMode_60},
     {QUILL_MODE(90), "90", TimecodeModeKind::Counting, 90, 1, 90, 7200, QKSMPTETimecodeMode_90},
-    {QUILL_MODE(100), "100", TimecodeModeKind::Counting, 100, 1, 100, 8000,
-     QKSMPTETimecodeMode_100},
-    {QUILL_MODE(11988Duration), "119.88 duration", TimecodeModeKind::Duration, 120000, 1001, 120,
-     9600000, QKSMPTETimecodeMode_11988},
-    {QUILL_MODE(11988), "119.88", TimecodeModeKind::Counting, 120000, 1001, 120, 9600000,
+    {QUILL_MODE(100), "100", TimecodeModeKind::Counting, 100, 1, 100, 8000, QKSMPTETimecodeMode_100},
+    {QUILL_MODE(11988Duration), "119.88 duration", TimecodeModeKind::Duration, 120000, 1001, 120, 9600000,
      QKSMPTETimecodeMode_11988},
-    {QUILL_MODE(11988Drop), "119.88df", TimecodeModeKind::Drop, 120000, 1001, 120, 9600000,
-     QKSMPTETimecodeMode_11988},
-    {QUILL_MODE(120), "120", TimecodeModeKind::Counting, 120, 1, 120, 9600,
-     QKSMPTETimecodeMode_120},
+    {QUILL_MODE(11988), "119.88", TimecodeModeKind::Counting, 120000, 1001, 120, 9600000, QKSMPTETimecodeMode_11988},
+    {QUILL_MODE(11988Drop), "119.88df", TimecodeModeKind::Drop, 120000, 1001, 120, 9600000, QKSMPTETimecodeMode_11988},
+    {QUILL_MODE(120), "120", TimecodeModeKind::Counting, 120, 1, 120, 9600, QKSMPTETimecodeMode_120},
 };
 #undef QUILL_MODE
 
@@ -140,7 +125,7 @@ QUILL_EXPORT std::optional<QKSMPTETimecodeMode> timecodeModeNamed(std::string_vi
 
 // Whether a label is one that drop-frame counting skips (SMPTE ST 12-1): the first labels of second 0 of every minute
 // but the tenth. Always false outside the drop modes, and for a negative field. (29.97df, 1, 0, 1) gives true.
-QUILL_EXPORT bool isDroppedLabel(QKSMPTETimecodeMode mode, std::int64_t minutes,
-                                 std::int64_t seconds, std::int64_t frames);
+QUILL_EXPORT bool isDroppedLabel(QKSMPTETimecodeMode mode, std::int64_t minutes, std::int64_t seconds,
+                                 std::int64_t frames);
 
 }  // namespace quill::inline v0

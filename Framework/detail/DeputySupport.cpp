@@ -1,0 +1,45 @@
+#include "DeputySupport.h"
+
+#include "../../Platform/IntegerMath.h"
+#include "ParseText.h"
+
+namespace quill::inline v0::detail {
+
+std::int64_t stepCount(std::int64_t increment) { return saturatingFromUInt64(magnitudeOf(increment)); }
+
+double unitsAcrossZero(double before, double step, bool isNegative) {
+  constexpr double kLeastFraction = 1e-18;
+  const double units = before / step;
+  const double fraction = units - std::trunc(units);
+  return fraction + (fraction >= kLeastFraction || isNegative ? 1 : 0);
+}
+
+bool readSegment(const QKFormatDeputy& deputy, std::int64_t* number, std::string_view string, std::int64_t tag,
+                 Object* object, std::string* error) {
+  const NumberFormatter* formatter = deputy.formatterForSegmentTag(tag, object);
+  if (!formatter) return failNotVisible(error, tag);
+  Number found;
+  if (!formatter->getNumber(&found, string, error)) return false;
+  *number = found.int64Value();
+  return true;
+}
+
+int decimalDigitCount(std::uint64_t value) {
+  int count = 1;
+  for (; value >= 10; value /= 10) ++count;
+  return count;
+}
+
+double powerOfTen(std::int64_t exponent) {
+  const std::int64_t magnitude = std::min<std::int64_t>(stepCount(exponent), 22);
+  double power = 1;
+  for (std::int64_t i = 0; i < magnitude; ++i) power *= 10;
+  return exponent < 0 ? 1 / power : power;
+}
+
+void localizePoint(std::string& text) {
+  const std::size_t point = text.find('.');
+  if (point != std::string::npos) text.replace(point, 1, formatDeputyDecimalSeparator());
+}
+
+}  // namespace quill::inline v0::detail
