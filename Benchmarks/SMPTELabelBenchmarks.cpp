@@ -19,9 +19,7 @@ constexpr std::size_t kInputs = 4096;
 constexpr std::uint32_t kFramesPerDay = 2589408;
 constexpr std::int32_t kTickRate = 2400000, kTicksPerFrame = 80080;
 
-std::uint32_t frameOfInput(std::size_t i) {
-  return static_cast<std::uint32_t>((i * 2654435761U) % kFramesPerDay);
-}
+std::uint32_t frameOfInput(std::size_t i) { return static_cast<std::uint32_t>((i * 2654435761U) % kFramesPerDay); }
 
 const std::vector<std::string>& labels() {
   static const auto all = [] {

@@ -20,8 +20,7 @@ namespace {
 constexpr std::size_t kLongestEntry = 1000;
 
 // By tag.
-constexpr std::string_view kSegmentNames[] = {"hours",  "minutes",   "seconds",
-                                              "frames", "subframes", "quarter frames"};
+constexpr std::string_view kSegmentNames[] = {"hours", "minutes", "seconds", "frames", "subframes", "quarter frames"};
 
 Ref<QKVideoTimecode> zeroInMode(QKSMPTETimecodeMode mode) {
   return std::make_shared<QKVideoTimecode>(Number(0), QKTimecodeBestTimeRate, mode);
@@ -46,11 +45,9 @@ Ref<QKVideoTimecode> fieldValue(const Ref<Object>& result, std::string* error) {
 
 // Reads an entry over the formatter's current timecode. Parsing passes over what it cannot read behind the last field;
 // an editor does not: it lets nothing stand that its formatter finds illegal.
-bool parse(QKTimecodeFormatter& formatter, std::string_view entry, Ref<Object>* result,
-           std::string* error) {
+bool parse(QKTimecodeFormatter& formatter, std::string_view entry, Ref<Object>* result, std::string* error) {
   entry.remove_prefix(std::min(entry.find_first_not_of(" \t"), entry.size()));
-  return formatter.getObjectValue(result, entry, error) &&
-         formatter.isPartialStringValid(entry, nullptr, error);
+  return formatter.getObjectValue(result, entry, error) && formatter.isPartialStringValid(entry, nullptr, error);
 }
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
@@ -128,8 +125,7 @@ bool FieldModel::cycleMode(std::int64_t count) {
 }
 
 void FieldModel::toggleInterpretation() {
-  const bool preserving =
-      formatter_.SMPTEStringInterpretation() == OrbSMPTEStringInterpretationPreservingUpper;
+  const bool preserving = formatter_.SMPTEStringInterpretation() == OrbSMPTEStringInterpretationPreservingUpper;
   formatter_.setSMPTEStringInterpretation(preserving ? OrbSMPTEStringInterpretationDiscardingUpper
                                                      : OrbSMPTEStringInterpretationPreservingUpper);
   clearMessage();
@@ -255,9 +251,8 @@ std::string FieldModel::seconds() const {
   constexpr std::uint64_t kParts = 10000000;
   const MediaTime time = value_->timeValue();
   const auto rate = static_cast<std::uint64_t>(time.timescale);  // [1, 2^31)
-  const std::uint64_t ticks = time.value < 0
-                                  ? std::uint64_t{0} - static_cast<std::uint64_t>(time.value)
-                                  : static_cast<std::uint64_t>(time.value);
+  const std::uint64_t ticks = time.value < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(time.value)
+                                             : static_cast<std::uint64_t>(time.value);
   std::uint64_t whole = ticks / rate;
   std::uint64_t parts = (ticks % rate * kParts + rate / 2) / rate;  // [0, kParts]
   whole += parts / kParts;
@@ -284,13 +279,9 @@ bool FieldModel::takeFirstEntry(std::string_view entry) {
 
 // ---- Segments ----
 
-std::int64_t FieldModel::segmentCount() const {
-  return formatter_.segmentCountInObjectValue(value_.get());
-}
+std::int64_t FieldModel::segmentCount() const { return formatter_.segmentCountInObjectValue(value_.get()); }
 
-std::int64_t FieldModel::selectedIndex() const {
-  return formatter_.segmentIndexForTag(tag_, value_.get());
-}
+std::int64_t FieldModel::selectedIndex() const { return formatter_.segmentIndexForTag(tag_, value_.get()); }
 
 void FieldModel::keepSelectionVisible() {
   if (selectedIndex() < 0 || selectedIndex() >= segmentCount()) {

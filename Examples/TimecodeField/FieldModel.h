@@ -20,8 +20,7 @@ namespace field {
 
 struct Settings {
   quill::QKSMPTETimecodeMode mode = quill::QKSMPTETimecodeMode_2997Drop;
-  quill::OrbSMPTEStringInterpretation interpretation =
-      quill::OrbSMPTEStringInterpretationPreservingUpper;
+  quill::OrbSMPTEStringInterpretation interpretation = quill::OrbSMPTEStringInterpretationPreservingUpper;
   bool negatives = false;
   bool subframes = false;  // not together with quarterFrames
   bool quarterFrames = false;

@@ -16,11 +16,10 @@ constexpr struct {
   std::string_view sequence;
   Key::Code code;
 } kSequences[] = {
-    {"A", Key::Up},        {"B", Key::Down},      {"C", Key::Right},       {"D", Key::Left},
-    {"1;2A", Key::PageUp}, {"a", Key::PageUp},    {"1;2B", Key::PageDown}, {"b", Key::PageDown},
-    {"5~", Key::PageUp},   {"6~", Key::PageDown}, {"H", Key::Home},        {"F", Key::End},
-    {"1~", Key::Home},     {"7~", Key::Home},     {"4~", Key::End},        {"8~", Key::End},
-    {"3~", Key::Delete},   {"Z", Key::BackTab},   {"M", Key::Enter},
+    {"A", Key::Up},     {"B", Key::Down},        {"C", Key::Right},    {"D", Key::Left},    {"1;2A", Key::PageUp},
+    {"a", Key::PageUp}, {"1;2B", Key::PageDown}, {"b", Key::PageDown}, {"5~", Key::PageUp}, {"6~", Key::PageDown},
+    {"H", Key::Home},   {"F", Key::End},         {"1~", Key::Home},    {"7~", Key::Home},   {"4~", Key::End},
+    {"8~", Key::End},   {"3~", Key::Delete},     {"Z", Key::BackTab},  {"M", Key::Enter},
 };
 
 Key keyForByte(char byte) {
@@ -44,8 +43,7 @@ std::size_t sequenceLength(std::string_view bytes) {
   for (std::size_t i = 2; i < bytes.size(); ++i) {
     const bool isParameter = bytes[i] >= 0x20 && bytes[i] < 0x40;
     if (isParameter && i < kLongestSequence) continue;
-    return bytes[i] >= 0x40 && bytes[i] < 0x7F ? i + 1
-                                               : i;  // a byte that cannot end it is the next key's
+    return bytes[i] >= 0x40 && bytes[i] < 0x7F ? i + 1 : i;  // a byte that cannot end it is the next key's
   }
   return 0;
 }

@@ -107,8 +107,8 @@ constexpr ValueOption kValueOptions[] = {
          *error = "the interpretation is preserving or discarding, not " + quoted(value);
          return false;
        }
-       options->settings.interpretation = discarding ? OrbSMPTEStringInterpretationDiscardingUpper
-                                                     : OrbSMPTEStringInterpretationPreservingUpper;
+       options->settings.interpretation =
+           discarding ? OrbSMPTEStringInterpretationDiscardingUpper : OrbSMPTEStringInterpretationPreservingUpper;
        return true;
      }},
     {"--rollover",
@@ -161,8 +161,7 @@ const Option* find(const Option (&options)[count], std::string_view name) {
 
 }  // namespace
 
-bool parseOptions(std::span<const std::string_view> arguments, Options* options,
-                  std::string* error) {
+bool parseOptions(std::span<const std::string_view> arguments, Options* options, std::string* error) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string_view argument = arguments[i];
     const std::size_t equals = argument.find('=');

@@ -23,8 +23,7 @@ struct Options {
 
 // Reads the arguments behind the program's name. False with a sentence that says what is wrong. Help, version and the
 // list of modes end the reading.
-bool parseOptions(std::span<const std::string_view> arguments, Options* options,
-                  std::string* error);
+bool parseOptions(std::span<const std::string_view> arguments, Options* options, std::string* error);
 
 // Gives a new field the bounds and the first value asked for. False with a sentence that says what is wrong.
 bool prepareField(const Options& options, FieldModel* model, std::string* error);

@@ -29,8 +29,7 @@ std::string printable(std::string_view text) {
   return result;
 }
 
-std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input,
-                                             std::ostream& output) {
+std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input, std::ostream& output) {
   std::uint64_t failures = 0;
   std::string entry;
   while (std::getline(input, entry)) {

@@ -8,8 +8,7 @@
 namespace field {
 
 // Reads to the end. The number of entries that failed, or nothing when a stream broke.
-std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input,
-                                             std::ostream& output);
+std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input, std::ostream& output);
 
 // A text in which every byte can be printed: those that cannot are "\x00", a backslash "\\".
 std::string printable(std::string_view text);

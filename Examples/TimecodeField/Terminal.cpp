@@ -30,7 +30,7 @@ constexpr std::size_t kSignalCount = std::size(kSignals);
 termios attributesFound;
 termios attributesWanted;
 struct sigaction actionsFound[kSignalCount];
-int wakeUp[2] = {-1, -1};  // a pipe: a byte in it says that the screen is to be drawn again
+int wakeUp[2] = {-1, -1};                  // a pipe: a byte in it says that the screen is to be drawn again
 volatile std::sig_atomic_t isEntered = 0;  // the terminal is, or is just being, taken over
 volatile std::sig_atomic_t mustEnter = 0;  // it is to be taken over again
 
@@ -139,8 +139,7 @@ void closeWakeUp() {
 
 bool Terminal::isAvailable() {
   const char* const type = std::getenv("TERM");
-  return isatty(STDIN_FILENO) && isatty(STDOUT_FILENO) && type && *type != '\0' &&
-         std::strcmp(type, "dumb") != 0;
+  return isatty(STDIN_FILENO) && isatty(STDOUT_FILENO) && type && *type != '\0' && std::strcmp(type, "dumb") != 0;
 }
 
 Terminal::Terminal() {
@@ -153,8 +152,7 @@ Terminal::Terminal() {
   }
   attributesWanted = attributesFound;
   // The keys that send signals keep doing so.
-  attributesWanted.c_iflag &=
-      ~static_cast<tcflag_t>(BRKINT | ICRNL | IGNCR | INLCR | INPCK | ISTRIP | IXON);
+  attributesWanted.c_iflag &= ~static_cast<tcflag_t>(BRKINT | ICRNL | IGNCR | INLCR | INPCK | ISTRIP | IXON);
   attributesWanted.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | IEXTEN);
   attributesWanted.c_cc[VMIN] = 1;
   attributesWanted.c_cc[VTIME] = 0;

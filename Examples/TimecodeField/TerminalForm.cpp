@@ -66,9 +66,7 @@ std::vector<std::string> keyLines(std::size_t columns, std::size_t rows) {
 }
 
 ScreenLine fieldLine(const FieldText& field) {
-  return {.text = "  " + field.text,
-          .marked = {field.selected.location + 2, field.selected.length},
-          .isBold = true};
+  return {.text = "  " + field.text, .marked = {field.selected.location + 2, field.selected.length}, .isBold = true};
 }
 
 // Below the field: which segment is selected, for eyes and terminals that do not see it in reverse.
@@ -95,8 +93,7 @@ ScreenLine messageLine(const FieldModel& model, const FormState& state) {
 
 std::string settingsText(const Settings& settings) {
   std::string text(timecodeModeShortName(settings.mode));
-  text += settings.interpretation == OrbSMPTEStringInterpretationDiscardingUpper ? "  discarding"
-                                                                                 : "  preserving";
+  text += settings.interpretation == OrbSMPTEStringInterpretationDiscardingUpper ? "  discarding" : "  preserving";
   text += settings.rollover ? "  24 h rollover" : "  no rollover";
   if (settings.negatives) text += "  negatives";
   return text;
@@ -139,8 +136,7 @@ bool handleCommand(FieldModel& model, FormState& state, char key) {
 
 }  // namespace
 
-std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state,
-                                    TerminalSize size) {
+std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state, TerminalSize size) {
   const auto columns = static_cast<std::size_t>(std::max(size.columns, 1));
   const auto rows = static_cast<std::size_t>(std::max(size.rows, 1));
   const FieldText field = model.shown();
@@ -234,8 +230,7 @@ bool handleKey(FieldModel& model, FormState& state, const Key& key) {
       else
         model.confirm();
       break;
-    case Key::Character:
-      return model.type(key.character) || handleCommand(model, state, key.character);
+    case Key::Character: return model.type(key.character) || handleCommand(model, state, key.character);
     case Key::Quit:
     case Key::Other: break;
   }
@@ -246,8 +241,7 @@ void runTerminalForm(FieldModel& model) {
   FormState state;
   const auto note = [&state](std::string_view line) { state.status = "log: " + firstLine(line); };
   struct Sinks {
-    explicit Sinks(const LogSink& sink)
-        : log(setLogSink(sink)), light(setLightAssertionSink(sink)) {}
+    explicit Sinks(const LogSink& sink) : log(setLogSink(sink)), light(setLightAssertionSink(sink)) {}
     ~Sinks() { setLogSink(log), setLightAssertionSink(light); }
     LogSink log;
     LightAssertionSink light;

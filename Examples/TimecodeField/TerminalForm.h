@@ -30,8 +30,7 @@ struct ScreenLine {
 };
 
 // As many lines as the window has rows, of at most size.columns characters. What matters least goes first when the window is small.
-std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state,
-                                    TerminalSize size);
+std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state, TerminalSize size);
 
 // The bytes that draw them over whatever the screen shows.
 std::string drawing(const std::vector<ScreenLine>& lines);

@@ -42,9 +42,7 @@ int run(std::span<const std::string_view> arguments) {
   }
 
   // Standard output is for answers alone.
-  const auto note = [](std::string_view line) {
-    std::cerr << "TimecodeField: " << field::firstLine(line) << '\n';
-  };
+  const auto note = [](std::string_view line) { std::cerr << "TimecodeField: " << field::firstLine(line) << '\n'; };
   quill::setLogSink(note);
   quill::setLightAssertionSink(note);
 
@@ -64,8 +62,7 @@ int run(std::span<const std::string_view> arguments) {
 
 int main(int argumentCount, char** arguments) {
   try {
-    return run(
-        std::vector<std::string_view>(arguments + (argumentCount > 0), arguments + argumentCount));
+    return run(std::vector<std::string_view>(arguments + (argumentCount > 0), arguments + argumentCount));
   } catch (const std::exception& problem) {
     return failed(field::firstLine(problem.what()));
   }

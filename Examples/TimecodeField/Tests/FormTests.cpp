@@ -12,9 +12,9 @@
 namespace field {
 namespace {
 
-const std::string kUp = "\x1b[A", kDown = "\x1b[B", kRight = "\x1b[C", kLeft = "\x1b[D",
-                  kHome = "\x1b[H", kEnd = "\x1b[F", kDelete = "\x1b[3~", kPageUp = "\x1b[5~",
-                  kPageDown = "\x1bOb", kBackTab = "\x1b[Z", kEscape = "\x1b", kEraseLine = "\x15";
+const std::string kUp = "\x1b[A", kDown = "\x1b[B", kRight = "\x1b[C", kLeft = "\x1b[D", kHome = "\x1b[H",
+                  kEnd = "\x1b[F", kDelete = "\x1b[3~", kPageUp = "\x1b[5~", kPageDown = "\x1bOb", kBackTab = "\x1b[Z",
+                  kEscape = "\x1b", kEraseLine = "\x15";
 
 // A field as the command line would make it.
 struct Field {
@@ -134,22 +134,17 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
   } rows[] = {
       {"at first", "", "", "00:00:00;00 | ^^ frames"},
       // Selecting
-      {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight,
-       "00:00:00;00 | ^^ minutes"},
+      {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight, "00:00:00;00 | ^^ minutes"},
       {"tab goes round", "", "\t\t", "00:00:00;00 | ^^ minutes"},
       {"back", "", "\t" + kBackTab, "00:00:00;00 | ^^ frames"},
-      {"first and last", "--subframes", kHome + "01" + kEnd + "02",
-       "01:00:00;00.02 | ^^ subframes"},
+      {"first and last", "--subframes", kHome + "01" + kEnd + "02", "01:00:00;00.02 | ^^ subframes"},
       {"a segment goes", "--subframes", kEnd + "s", "00:00:00;00 | ^^ frames"},
-      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd,
-       "00:00:00;000/0 | ^ quarter frames"},
-      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd + kLeft + kLeft,
-       "00:00:00;000/0 | ^^ seconds"},
+      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd, "00:00:00;000/0 | ^ quarter frames"},
+      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd + kLeft + kLeft, "00:00:00;000/0 | ^^ seconds"},
       // Stepping
       {"steps", "--value=59:29", kUp + kLeft + kUp + kPageUp + kDown, "00:01:10;02 | ^^ seconds"},
       {"ten", "", kPageUp + kPageUp + kPageDown, "00:00:00;10 | ^^ frames"},
-      {"stops at bounds", "--min=5 --max=20", kPageUp + kPageUp + kPageUp,
-       "00:00:00;20 | ^^ frames"},
+      {"stops at bounds", "--min=5 --max=20", kPageUp + kPageUp + kPageUp, "00:00:00;20 | ^^ frames"},
       {"not below zero", "", kLeft + kDown, "00:00:00;00 | ^^ seconds"},
       {"below zero", "--negatives --value=10", kHome + kRight + kDown, "-00:01:00;10 | ^^ minutes"},
       {"to zero", "--value=1:02:03:04", kHome + kDelete, "00:02:03;04 | ^^ hours"},
@@ -164,8 +159,7 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       {"erased", "--value=7", "12\b", "00:00:00;1_ | ^^ frames"},
       {"erased whole", "--value=7", "1\b", "00:00:00;07 | ^^ frames"},
       {"a sign", "--negatives --value=1:0:0:0", kHome + "-5" + kRight, "-05:00:00;00 | ^^ minutes"},
-      {"a sign alone stays", "--negatives", kHome + "-" + kRight,
-       "-_:00:00;00 | ^^ hours | error: Not a number."},
+      {"a sign alone stays", "--negatives", kHome + "-" + kRight, "-_:00:00;00 | ^^ hours | error: Not a number."},
       {"a command takes what was typed", "", kLeft + "5m", "00:00:05:00 | ^^ seconds"},
       {"bounds hold", "--max=20", "25", "00:00:00;20 | ^^ frames"},
       // Whole entries
@@ -179,11 +173,9 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       {"given up", "--value=1:00", "+15" + kEscape, "00:00:01;00 | ^^ frames"},
       {"letters are text in it", "", "\rq", "00:00:00;00 | entry: q  | error: Illegal character."},
       {"fails and stays", "", "\rabc\r", "00:00:00;00 | entry: abc  | error: Illegal characters."},
-      {"stray characters behind a number", "", "\r12x\r",
-       "00:00:00;00 | entry: 12x  | error: Illegal character."},
+      {"stray characters behind a number", "", "\r12x\r", "00:00:00;00 | entry: 12x  | error: Illegal character."},
       {"two signs", "", "++", "00:00:00;00 | entry: ++  | error: Excess + or -'s"},
-      {"edited", "", "+13" + kLeft + "2" + kHome + kDelete + kEnd + "\b4\r",
-       "00:00:01;24 | ^^ frames"},
+      {"edited", "", "+13" + kLeft + "2" + kHome + kDelete + kEnd + "\b4\r", "00:00:01;24 | ^^ frames"},
       {"erased whole", "", "+13" + kEraseLine + "25\r", "00:00:00;25 | ^^ frames"},
       {"out of range", "--value=7", "+99999999999999999999\r",
        "00:00:00;07 | entry: +99999999999999999999  | error: Out of range."},
@@ -247,8 +239,7 @@ TEST(TimecodeFieldForm, FitsAnyWindow) {
         bool showsField = false;
         for (const auto& line : lines) {
           EXPECT_LE(line.text.size(), static_cast<std::size_t>(columns)) << line.text;
-          showsField |= line.text == std::string("  01:00:12;04").substr(0, line.text.size()) &&
-                        !line.text.empty();
+          showsField |= line.text == std::string("  01:00:12;04").substr(0, line.text.size()) && !line.text.empty();
         }
         EXPECT_TRUE(showsField);
       }
@@ -260,13 +251,11 @@ TEST(TimecodeFieldForm, ShowsWhatMattersInASmallWindow) {
   Field field("--value=1:00:12:04 --max=2:0:0:0 --interpretation=discarding");
   const auto text = [&] {
     std::string all;
-    for (const auto& line : screenLines(*field.model, field.state, {40, 10}))
-      all += line.text + '\n';
+    for (const auto& line : screenLines(*field.model, field.state, {40, 10})) all += line.text + '\n';
     return all;
   };
-  for (const auto* part :
-       {"01:00:12;04\n", "\n           ^^ frames\n", "frame 108256  3612.1418667 s\n",
-        "29.97df  discarding", "from 00:00:00;00 to 02:00:00;00\n", "Up Down step"}) {
+  for (const auto* part : {"01:00:12;04\n", "\n           ^^ frames\n", "frame 108256  3612.1418667 s\n",
+                           "29.97df  discarding", "from 00:00:00;00 to 02:00:00;00\n", "Up Down step"}) {
     EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
   }
   field.send("?");
@@ -302,8 +291,7 @@ TEST(TimecodeFieldModel, GoesThroughAllModes) {
     const std::string frames = row.kind == quill::TimecodeModeKind::Drop ? ";" : ":";
     const std::string zero = row.countingRate > 100 ? "0" : "";
     EXPECT_EQ(field.model->label(), "01:02:03" + frames + zero + "04");
-    EXPECT_EQ(field.model->range(),
-              "from 01:00:00" + frames + zero + "02 to 02:00:00" + frames + zero + "02");
+    EXPECT_EQ(field.model->range(), "from 01:00:00" + frames + zero + "02 to 02:00:00" + frames + zero + "02");
   }
   EXPECT_EQ(names,
             "29.97 29.97 duration 25 24 23.976 24 25 29.97 duration 29.97 29.97df 30 50 "
@@ -320,8 +308,7 @@ TEST(TimecodeFieldModel, SaysItsRange) {
       {"--negatives --max=1:00", "up to 00:00:01;00"},
       {"--max=30:00:00:00", "from 00:00:00;00 to 30:00:00;00"},
       {"--rollover=off", "from 00:00:00;00 to 99:59:59;29"},
-      {"--rollover=off --negatives --mode=25 --subframes",
-       "from -99:59:59:24.79 to 99:59:59:24.79"},
+      {"--rollover=off --negatives --mode=25 --subframes", "from -99:59:59:24.79 to 99:59:59:24.79"},
       {"--rollover=off --negatives --min=-5 --value=1:00", "from -00:00:00;05 to 99:59:59;29"},
   };
   for (const auto& row : rows) EXPECT_EQ(Field(row.arguments).model->range(), row.range);
@@ -329,8 +316,8 @@ TEST(TimecodeFieldModel, SaysItsRange) {
 
 TEST(TimecodeFieldModel, KeepsWhatFails) {
   Field field("--value=1:02:03:04 --min=1:00:00:00");
-  for (const auto* entry : {"abc", "12x", "+99999999999999999999", "1/2",
-                            "\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}) {
+  for (const auto* entry :
+       {"abc", "12x", "+99999999999999999999", "1/2", "\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}) {
     EXPECT_FALSE(field.model->takeEntry(entry));
     EXPECT_TRUE(field.model->message().isError);
     EXPECT_EQ(field.model->label(), "01:02:03;04") << entry;
@@ -349,8 +336,7 @@ TEST(TimecodeFieldOptions, SayWhatIsWrong) {
       {{"--mode", "custom"}, "no mode is called \"custom\"; the modes are 23.976 duration, "},
       {{"--mode"}, "--mode needs a value"},
       {{"--mode="}, "no mode is called \"\""},
-      {{"--interpretation", "both"},
-       "the interpretation is preserving or discarding, not \"both\""},
+      {{"--interpretation", "both"}, "the interpretation is preserving or discarding, not \"both\""},
       {{"--rollover=yes"}, "the rollover is on or off, not \"yes\""},
       {{"--strict=1"}, "--strict takes no value"},
       {{"--subframes", "--quarter-frames"}, "--subframes and --quarter-frames exclude each other"},

@@ -115,9 +115,8 @@ class Session {
 
   bool attributesAreAsFound() const {
     termios now;
-    return tcgetattr(ours_, &now) == 0 && now.c_iflag == found_.c_iflag &&
-           now.c_oflag == found_.c_oflag && now.c_cflag == found_.c_cflag &&
-           now.c_lflag == found_.c_lflag &&
+    return tcgetattr(ours_, &now) == 0 && now.c_iflag == found_.c_iflag && now.c_oflag == found_.c_oflag &&
+           now.c_cflag == found_.c_cflag && now.c_lflag == found_.c_lflag &&
            std::memcmp(now.c_cc, found_.c_cc, sizeof now.c_cc) == 0;
   }
 
