@@ -1,5 +1,6 @@
 #include "../Framework/TimecodeModeTable.h"
 
+#include "../Platform/TextServices.h"
 #include "SlowLabelWalker.h"
 
 #include <gtest/gtest.h>
@@ -53,7 +54,8 @@ TEST(TimecodeModeTable, HoldsTheNineteenModesWhoseNamesReadBothWays) {
     const auto kind = dropped       ? TimecodeModeKind::Drop
                       : labels == 0 ? TimecodeModeKind::Duration
                                     : TimecodeModeKind::Counting;
-    const double whole = std::get<2>(rows[plain]), decimals = std::stod(shortName);
+    const double whole = std::get<2>(rows[plain]),
+                 decimals = doubleFromText(shortName.substr(0, shortName.find_first_not_of("0123456789.")));
     const bool isWhole = decimals == whole;
     const double rate = isWhole ? whole : whole * 1000 / 1001;
     EXPECT_NEAR(rate, decimals, 0.002) << name;
