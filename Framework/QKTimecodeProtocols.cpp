@@ -10,6 +10,8 @@ const Protocol QKOneDimensionalTimeTimecode::protocol{"QKOneDimensionalTimeTimec
 
 const Protocol QKHMSTimecode::protocol{"QKHMSTimecode"};
 const Protocol QKOneDimensionalAudioTimecode::protocol{"QKOneDimensionalAudioTimecode"};
+const Protocol QKMeasuredTimecode::protocol{"QKMeasuredTimecode"};
+const Protocol QKFeetFramesTimecode::protocol{"QKFeetFramesTimecode"};
 
 QKBasicTimecode::~QKBasicTimecode() = default;
 QKSMPTETimecode::~QKSMPTETimecode() = default;
@@ -17,5 +19,7 @@ QKOneDimensionalVideoTimecode::~QKOneDimensionalVideoTimecode() = default;
 QKOneDimensionalTimeTimecode::~QKOneDimensionalTimeTimecode() = default;
 QKHMSTimecode::~QKHMSTimecode() = default;
 QKOneDimensionalAudioTimecode::~QKOneDimensionalAudioTimecode() = default;
+QKMeasuredTimecode::~QKMeasuredTimecode() = default;
+QKFeetFramesTimecode::~QKFeetFramesTimecode() = default;
 
 }  // namespace quill::inline v0

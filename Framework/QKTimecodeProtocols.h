@@ -140,4 +140,55 @@ class QUILL_EXPORT QKOneDimensionalAudioTimecode {
   virtual ~QKOneDimensionalAudioTimecode();
 };
 
+// A value read as a musical position. Bars and ticks count from 0, beats and divisions from 1; a beat is a quarter note.
+// Fields are magnitudes; out-pointers may be null; amounts to add or subtract are durations, not negative.
+class QUILL_EXPORT QKMeasuredTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual void getBars(std::int64_t* bars, std::int64_t* beats, std::int64_t* divisions, std::int64_t* ticks) = 0;
+  virtual void getBars(std::int64_t* bars, double* beats) = 0;
+  virtual void setBars(std::int64_t bars) = 0;
+  virtual void setIntegerBeats(std::int64_t beats) = 0;
+  virtual void setDoubleBeats(double beats) = 0;
+  virtual void setDivisions(std::int64_t divisions) = 0;
+  virtual void setTicks(std::int64_t ticks) = 0;
+  virtual void addBars(std::int64_t bars, std::int64_t beats, std::int64_t divisions, std::int64_t ticks) = 0;
+  virtual void addBars(std::int64_t bars, double beats) = 0;
+  virtual void subtractBars(std::int64_t bars, std::int64_t beats, std::int64_t divisions, std::int64_t ticks) = 0;
+  virtual void subtractBars(std::int64_t bars, double beats) = 0;
+  virtual std::int64_t ticksPerDivision() const = 0;
+  virtual std::int64_t ticksPerBeat() const = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKMeasuredTimecode() = default;
+  QKMeasuredTimecode(const QKMeasuredTimecode&) = default;
+  QKMeasuredTimecode& operator=(const QKMeasuredTimecode&) = default;
+  virtual ~QKMeasuredTimecode();
+};
+
+// A value read as feet, frames and quarter frames of film. Fields are magnitudes; out-pointers may be null; amounts to
+// add or subtract are not negative.
+class QUILL_EXPORT QKFeetFramesTimecode {
+ public:
+  static const Protocol protocol;
+
+  virtual void getFFFeet(std::int64_t* feet, std::int64_t* frames, std::int64_t* quarterFrames) = 0;
+  virtual void setFFFeet(std::int64_t feet) = 0;
+  virtual void setFFFrames(std::int64_t frames) = 0;
+  virtual void setFFQuarterFrames(std::int64_t quarterFrames) = 0;
+  virtual void addFeet(std::int64_t feet, std::int64_t frames, std::int64_t quarterFrames) = 0;
+  virtual void subtractFeet(std::int64_t feet, std::int64_t frames, std::int64_t quarterFrames) = 0;
+  virtual bool isNegative() const = 0;
+  virtual void setIsNegative(bool isNegative) = 0;
+
+ protected:
+  QKFeetFramesTimecode() = default;
+  QKFeetFramesTimecode(const QKFeetFramesTimecode&) = default;
+  QKFeetFramesTimecode& operator=(const QKFeetFramesTimecode&) = default;
+  virtual ~QKFeetFramesTimecode();
+};
+
 }  // namespace quill::inline v0
