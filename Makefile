@@ -3,7 +3,7 @@
 SHELL := bash
 .SHELLFLAGS := -eu -o pipefail -c
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench ci tidy format format-check clean
+.PHONY: help demo test bench install ci tidy format format-check clean
 
 PACKAGES := g++ cmake ninja-build libgtest-dev locales
 INSTALL := @./cmake/install-packages.sh
@@ -12,12 +12,17 @@ BUILD := build/gcc-release
 CONFIGURE_FLAGS ?=
 # More for the benchmarks, such as --benchmark_filter=Rendering.
 BENCH_FLAGS ?=
+# Where "make install" puts the library (below DESTDIR, when that is set), and whether as a shared one.
+PREFIX ?= /usr/local
+SHARED ?=
+INSTALL_PRESET = $(if $(SHARED),gcc-shared,gcc-release)
 SOURCES = $(shell find Framework Platform Tests Examples Benchmarks -name '*.h' -o -name '*.cpp')
 
 help:
 	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
 	@echo "make test          builds the library, the tests and the examples, and runs all tests"
 	@echo "make bench         builds and runs the benchmarks"
+	@echo "make install       installs the library below PREFIX (/usr/local) and DESTDIR; SHARED=1 for a shared one"
 	@echo "make ci            every check: all presets, sanitizers, lint and format"
 	@echo "make tidy          clang-tidy over Framework/ and Platform/"
 	@echo "make format        clang-format over all sources; make format-check only looks"
@@ -43,6 +48,13 @@ bench:
 	cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
 	cmake --build --preset gcc-release --target QuillBenchmarks
 	$(BUILD)/Benchmarks/QuillBenchmarks $(BENCH_FLAGS)
+
+install:
+	$(INSTALL) $(filter-out libgtest-dev locales,$(PACKAGES))
+	cmake --preset $(INSTALL_PRESET) -DQUILL_TESTS=OFF -DQUILL_EXAMPLES=OFF -B build/install-$(INSTALL_PRESET) \
+	  -DCMAKE_INSTALL_PREFIX=$(PREFIX) $(CONFIGURE_FLAGS)
+	cmake --build build/install-$(INSTALL_PRESET)
+	cmake --install build/install-$(INSTALL_PRESET)
 
 ci:
 	.ci/run

@@ -27,5 +27,6 @@
 #include "QKTimecodeSegmentNumberFormatter.h"
 #include "QKTimecodeUtilities.h"
 #include "QKVideoTimecode.h"
+#include "QuillFoundationVersion.h"
 #include "SMPTEArithmetic.h"
 #include "TimecodeModeTable.h"

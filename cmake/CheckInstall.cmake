@@ -1,0 +1,50 @@
+# Installs the library of the build folder BUILD into a prefix that it makes there, builds the program in SOURCE against
+# it, found by find_package and again by pkg-config, and runs both. COMPILER, FLAGS: those of the build. SHARED: whether
+# the library is a shared one.
+cmake_minimum_required(VERSION 3.25)
+set(scratch ${BUILD}/install-check)
+set(prefix ${scratch}/prefix)
+file(REMOVE_RECURSE ${scratch})
+file(MAKE_DIRECTORY ${scratch})
+
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE output)
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(run_consumer program)
+  run(${program})
+  if(NOT output MATCHES "^00:01:00;02\n@\\(#\\)PROGRAM:QuillFoundation  PROJECT:QuillKit-44000.5.41\n$")
+    message(FATAL_ERROR "${program} printed\n${output}")
+  endif()
+  message(STATUS "${program} runs")
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
+file(GLOB_RECURSE headers RELATIVE ${prefix} ${prefix}/*.h)
+if(NOT "include/QuillFoundation/Framework/QuillFoundation.h" IN_LIST headers OR headers MATCHES "/detail/")
+  message(FATAL_ERROR "installed headers: ${headers}")
+endif()
+
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${scratch}/consumer -D CMAKE_CXX_COMPILER=${COMPILER} -D CMAKE_CXX_FLAGS=${FLAGS}
+  -D CMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build ${scratch}/consumer)
+run_consumer(${scratch}/consumer/consumer)
+
+find_program(pkg_config NAMES pkgconf pkg-config)
+if(NOT pkg_config)
+  message(STATUS "pkg-config is not here: not tried")
+  return()
+endif()
+file(GLOB_RECURSE description ${prefix}/QuillFoundation.pc)
+cmake_path(GET description PARENT_PATH folder)
+set(ENV{PKG_CONFIG_PATH} ${folder})
+run(${pkg_config} --cflags --libs QuillFoundation)
+separate_arguments(flags UNIX_COMMAND "${FLAGS} ${output}")
+run(${pkg_config} --variable=libdir QuillFoundation)
+string(STRIP "${output}" libdir)
+if(SHARED)
+  list(APPEND flags -Wl,-rpath,${libdir})
+endif()
+run(${COMPILER} -std=c++20 ${SOURCE}/main.cpp -o ${scratch}/consumer-by-pkg-config ${flags})
+run_consumer(${scratch}/consumer-by-pkg-config)
