@@ -21,6 +21,7 @@
 #include "QKOneDFramesTimecodeFormatDeputy.h"
 #include "QKOneDTimeTimecodeFormatDeputy.h"
 #include "QKSMPTETimecodeFormatDeputy.h"
+#include "QKScrubbableNumberFormatter.h"
 #include "QKTimecode.h"
 #include "QKTimecodeFormatter.h"
 #include "QKTimecodeProtocols.h"

@@ -81,14 +81,22 @@ bool fail(std::string* error, const char* text) {
 
 }  // namespace
 
-const ClassDescriptor NumberFormatter::descriptor{"NumberFormatter", "NumberFormatter", 0, &Formatter::descriptor,
-                                                  []() -> Ref<Object> { return std::make_shared<NumberFormatter>(); }};
+const ClassDescriptor NumberFormatter::descriptor{
+    "NumberFormatter",
+    "NumberFormatter",
+    0,
+    &Formatter::descriptor,
+    []() -> Ref<Object> { return std::make_shared<NumberFormatter>(); },
+    [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<NumberFormatter>(coder); }};
 
 NumberFormatter::NumberFormatter() : locale_(Locale::current()) {}
 
 NumberFormatter::~NumberFormatter() = default;
 
-void* NumberFormatter::asProtocol(const Protocol& protocol) { return &protocol == &Copying::protocol ? this : nullptr; }
+void* NumberFormatter::asProtocol(const Protocol& protocol) {
+  const bool isCoding = &protocol == &Coding::protocol && classDescriptor().archiveName;
+  return isCoding || &protocol == &Copying::protocol ? this : nullptr;
+}
 
 Ref<Object> NumberFormatter::copy() const { return std::make_shared<NumberFormatter>(*this); }
 
@@ -138,7 +146,10 @@ std::string NumberFormatter::stringFromNumber(const Number& number) const {
   const double asDouble = number.doubleValue();
   if (std::isnan(asDouble)) return "NaN";
   if (std::isinf(asDouble)) return asDouble < 0 ? locale_.minusSign + "∞" : "∞";
-  if (zeroSymbol_ && isZero(number)) return *zeroSymbol_;
+  if (isZero(number)) {
+    if (zeroSymbol_) return *zeroSymbol_;
+    if (textForZero_) return *textForZero_;
+  }
 
   DecimalDigits digits = digitsOfNumber(number);
   const std::int64_t mostPlaces = std::min(maximumFractionDigits_, kMostDigitsShown);
@@ -175,15 +186,121 @@ bool NumberFormatter::getObjectValue(Ref<Object>* object, std::string_view strin
 
 bool NumberFormatter::getNumber(Number* number, std::string_view string, std::string* error) const {
   Number found;
-  if (!zeroSymbol_ || string != *zeroSymbol_) {
-    if (!readNumber(string, locale_, usesGroupingSeparator_, &found)) return fail(error, "Not a number.");
-  }
+  if (!getNumberWithoutBounds(&found, string, error)) return false;
   // As doubles, so that the bound that the ends of 64 bits round to admits them.
   const double value = found.doubleValue();
   if (minimum_ && value < minimum_->doubleValue()) return fail(error, "Number below the minimum.");
   if (maximum_ && value > maximum_->doubleValue()) return fail(error, "Number above the maximum.");
   if (number) *number = found;
   return true;
+}
+
+bool NumberFormatter::getNumberWithoutBounds(Number* number, std::string_view string, std::string* error) const {
+  if (zeroSymbol_ && string == *zeroSymbol_) {
+    *number = Number();
+    return true;
+  }
+  return readNumber(string, locale_, usesGroupingSeparator_, number) || fail(error, "Not a number.");
+}
+
+// ---- Coding ----
+//
+// Keyed as below; sequential the counts under "qqqq", the three others under "iii" and the objects, in the same order.
+
+namespace {
+
+constexpr std::string_view kCountKeys[] = {"NFMinimumIntegerDigits", "NFMaximumIntegerDigits",
+                                           "NFMinimumFractionDigits", "NFMaximumFractionDigits"};
+constexpr std::string_view kObjectKeys[] = {"NFMinimum",           "NFMaximum",     "NFZeroSymbol",
+                                            "NFNilSymbol",         "NFTextForZero", "NFDecimalSeparator",
+                                            "NFGroupingSeparator", "NFMinusSign"};
+constexpr const ClassDescriptor* kNumberClass[] = {&Number::descriptor};
+constexpr const ClassDescriptor* kTextClass[] = {&TextObject::descriptor};
+
+void take(std::optional<Number>& number, const Ref<Object>& object) {
+  if (const auto* archived = classCast<Number>(object.get())) number = *archived;
+}
+
+template <class Text>
+void take(Text& text, const Ref<Object>& object) {
+  if (const auto* archived = classCast<TextObject>(object.get())) text = archived->text();
+}
+
+}  // namespace
+
+NumberFormatter::NumberFormatter(KeyedCoder& coder) : NumberFormatter() {
+  const DecodingRegistration registration(coder, descriptor);
+  const bool isKeyed = coder.allowsKeyedCoding();
+  Number counts[4], others[3];
+  if (isKeyed) {
+    coder.decodeInteger("NumberFormatterVersion");  // every version reads alike
+    for (std::size_t i = 0; i < std::size(counts); ++i) counts[i] = coder.decodeInt64(kCountKeys[i]);
+    others[0] = Number::boolean(coder.decodeBool("NFUsesGroupingSeparator"));
+    others[1] = coder.decodeInteger("NFNumberStyle");
+    others[2] = coder.decodeInteger("NFFormatterBehavior");
+  } else {
+    coder.versionForClassName(descriptor.archiveName);
+    coder.decodeValues("qqqq", counts);
+    coder.decodeValues("iii", others);
+  }
+  NumberFormatter::setMinimumIntegerDigits(counts[0].int64Value());
+  NumberFormatter::setMaximumIntegerDigits(counts[1].int64Value());
+  NumberFormatter::setMinimumFractionDigits(counts[2].int64Value());
+  NumberFormatter::setMaximumFractionDigits(counts[3].int64Value());
+  usesGroupingSeparator_ = others[0].boolValue();
+  numberStyle_ = static_cast<Style>(others[1].int64Value());
+  formatterBehavior_ = static_cast<Behavior>(others[2].int64Value());
+
+  std::size_t place = 0;
+  const auto next = [&](ClassSet classes) {
+    const std::string_view key = kObjectKeys[place++];
+    return isKeyed ? coder.decodeObject(classes, key) : coder.decodeObject(classes);
+  };
+  take(minimum_, next(kNumberClass));
+  take(maximum_, next(kNumberClass));
+  take(zeroSymbol_, next(kTextClass));
+  take(nilSymbol_, next(kTextClass));
+  take(textForZero_, next(kTextClass));
+  take(locale_.decimalSeparator, next(kTextClass));
+  take(locale_.groupingSeparator, next(kTextClass));
+  take(locale_.minusSign, next(kTextClass));
+}
+
+void NumberFormatter::encodeWithCoder(KeyedCoder& coder) const {
+  const bool isKeyed = coder.allowsKeyedCoding();
+  if (isKeyed) {
+    const std::int64_t counts[] = {minimumIntegerDigits_, maximumIntegerDigits_, minimumFractionDigits_,
+                                   maximumFractionDigits_};
+    coder.encodeInteger(descriptor.version, "NumberFormatterVersion");
+    for (std::size_t i = 0; i < std::size(counts); ++i) coder.encodeInt64(counts[i], kCountKeys[i]);
+    coder.encodeBool(usesGroupingSeparator_, "NFUsesGroupingSeparator");
+    coder.encodeInteger(numberStyle_, "NFNumberStyle");
+    coder.encodeInteger(formatterBehavior_, "NFFormatterBehavior");
+  } else {
+    coder.encodeValues("qqqq",
+                       {minimumIntegerDigits_, maximumIntegerDigits_, minimumFractionDigits_, maximumFractionDigits_});
+    coder.encodeValues("iii",
+                       {usesGroupingSeparator_ ? 1 : 0, std::int64_t{numberStyle_}, std::int64_t{formatterBehavior_}});
+  }
+
+  std::size_t place = 0;
+  const auto put = [&](const Object* object) {
+    const std::string_view key = kObjectKeys[place++];
+    if (isKeyed) {
+      coder.encodeObject(object, key);
+    } else {
+      coder.encodeObject(object);
+    }
+  };
+  for (const auto* number : {&minimum_, &maximum_}) put(*number ? &**number : nullptr);
+  for (const auto* text : {&zeroSymbol_, &nilSymbol_, &textForZero_}) {
+    const auto object = *text ? std::optional<TextObject>(**text) : std::nullopt;
+    put(object ? &*object : nullptr);
+  }
+  for (const auto* text : {&locale_.decimalSeparator, &locale_.groupingSeparator, &locale_.minusSign}) {
+    const TextObject object(*text);
+    put(&object);
+  }
 }
 
 }  // namespace quill::inline v0

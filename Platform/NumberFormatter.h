@@ -8,6 +8,7 @@
 #pragma once
 
 #include "Formatter.h"
+#include "KeyedCoder.h"
 #include "LocaleInfo.h"
 #include "Number.h"
 
@@ -59,14 +60,17 @@ class QUILL_EXPORT NumberFormatter : public Formatter {
   virtual void setZeroSymbol(const std::optional<std::string>& text);
   const std::optional<std::string>& nilSymbol() const { return nilSymbol_; }
   virtual void setNilSymbol(const std::optional<std::string>& text);
+  // How 0 is shown without a symbol for it, or none: as any number. It is no symbol: parsing does not know it.
+  const std::optional<std::string>& textForZero() const { return textForZero_; }
+  void setTextForZero(const std::optional<std::string>& text) { textForZero_ = text; }
 
   const std::string& decimalSeparator() const { return locale_.decimalSeparator; }
-  void setDecimalSeparator(const std::string& text) { locale_.decimalSeparator = text; }
+  virtual void setDecimalSeparator(const std::string& text) { locale_.decimalSeparator = text; }
   const std::string& groupingSeparator() const { return locale_.groupingSeparator; }
   void setGroupingSeparator(const std::string& text) { locale_.groupingSeparator = text; }
   const std::string& minusSign() const { return locale_.minusSign; }
   const Locale& locale() const { return locale_; }
-  void setLocale(const Locale& locale) { locale_ = locale; }
+  virtual void setLocale(const Locale& locale) { locale_ = locale; }
 
   // Thousands in groups of three integer digits.
   bool usesGroupingSeparator() const { return usesGroupingSeparator_; }
@@ -94,6 +98,13 @@ class QUILL_EXPORT NumberFormatter : public Formatter {
   // As getObjectValue without symbols for no value, and without the heap.
   bool getNumber(Number* number, std::string_view string, std::string* error) const;
 
+  explicit NumberFormatter(KeyedCoder& coder);
+  void encodeWithCoder(KeyedCoder& coder) const override;
+
+ protected:
+  // As getNumber, whatever the bounds.
+  bool getNumberWithoutBounds(Number* number, std::string_view string, std::string* error) const;
+
  private:
   std::int64_t minimumIntegerDigits_ = 1;
   std::int64_t maximumIntegerDigits_ = kDefaultMaximumIntegerDigits;
@@ -103,6 +114,7 @@ class QUILL_EXPORT NumberFormatter : public Formatter {
   std::optional<Number> maximum_;
   std::optional<std::string> zeroSymbol_;
   std::optional<std::string> nilSymbol_;
+  std::optional<std::string> textForZero_;
   Locale locale_;
   bool usesGroupingSeparator_ = false;
   Style numberStyle_ = NoStyle;
