@@ -20,13 +20,11 @@ enum Tag : std::int64_t { kHours, kMinutes, kSeconds, kFraction, kTagCount };
 
 double fractionOf(double seconds) { return seconds - std::trunc(seconds); }
 
-// The last field of an entry as a fraction of that many places: 5 behind "1." is 500 of three places.
+// 5 behind "1." is 500 of three places.
 std::int64_t fractionOfEntry(std::int64_t field, std::string_view string, int places) {
   const std::size_t separator = string.find_last_of(kSeparators);
   if (separator == std::string_view::npos) return field;
-  const auto typed = static_cast<std::int64_t>(characterCount(string.substr(separator + 1)));
-  if (typed == places) return field;
-  return saturateToInt64(roundHalfAway(detail::powerOfTen(places - typed) * static_cast<double>(field)));
+  return detail::fractionOfEntry(field, string.substr(separator + 1), places);
 }
 
 }  // namespace
@@ -355,12 +353,7 @@ bool QKHMSTimecodeFormatDeputy::privateScanHMSNumberString(std::string_view stri
 }
 
 void QKHMSTimecodeFormatDeputy::privateConfigureSecondsDecimalPlacesFormatter() const {
-  if (!fractionFormatter_) return;
-  std::string zero;
-  appendPadded(zero, 0, usedPlaces());
-  fractionFormatter_->setMinimumIntegerDigits(usedPlaces());
-  fractionFormatter_->setMaximumIntegerDigits(usedPlaces());
-  fractionFormatter_->setZeroSymbol(zero);
+  if (fractionFormatter_) detail::setFractionWidth(*fractionFormatter_, usedPlaces());
 }
 
 }  // namespace quill::inline v0

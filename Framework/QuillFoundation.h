@@ -21,6 +21,7 @@
 #include "QKFormatDeputy.h"
 #include "QKFormatDeputyUtilities.h"
 #include "QKHMSTimecodeFormatDeputy.h"
+#include "QKMeasuredTimecodeFormatDeputy.h"
 #include "QKOneDFramesTimecodeFormatDeputy.h"
 #include "QKOneDTimeTimecodeFormatDeputy.h"
 #include "QKSMPTETimecodeFormatDeputy.h"

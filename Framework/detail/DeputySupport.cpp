@@ -24,6 +24,20 @@ bool readSegment(const QKFormatDeputy& deputy, std::int64_t* number, std::string
   return true;
 }
 
+std::int64_t fractionOfEntry(std::int64_t field, std::string_view typed, int places) {
+  const auto digits = static_cast<std::int64_t>(characterCount(typed));
+  if (digits == places) return field;
+  return saturateToInt64(roundHalfAway(powerOfTen(places - digits) * static_cast<double>(field)));
+}
+
+void setFractionWidth(NumberFormatter& formatter, int places) {
+  std::string zero;
+  appendPadded(zero, 0, places);
+  formatter.setMinimumIntegerDigits(places);
+  formatter.setMaximumIntegerDigits(places);
+  formatter.setZeroSymbol(zero);
+}
+
 int decimalDigitCount(std::uint64_t value) {
   int count = 1;
   for (; value >= 10; value /= 10) ++count;

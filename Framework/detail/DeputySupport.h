@@ -45,6 +45,13 @@ struct ScannedFields {
 bool readSegment(const QKFormatDeputy& deputy, std::int64_t* number, std::string_view string, std::int64_t tag,
                  Object* object, std::string* error);
 
+// The last field of an entry as a fraction of that many places, given what was typed behind the last separator: 5 from
+// "5" is 500 of three places. Rounded half away from zero.
+std::int64_t fractionOfEntry(std::int64_t field, std::string_view typed, int places);
+
+// Makes a formatter show and take a fraction of that many digits, zeros in front.
+void setFractionWidth(NumberFormatter& formatter, int places);
+
 // ---- Digits ----
 
 // [1, 20]
