@@ -18,6 +18,7 @@
 #include "MusicalGrid.h"
 #include "QKCustomVideoModeInfo.h"
 #include "QKExtendedTimecode.h"
+#include "QKFFTimecodeFormatDeputy.h"
 #include "QKFormatDeputy.h"
 #include "QKFormatDeputyUtilities.h"
 #include "QKHMSTimecodeFormatDeputy.h"
