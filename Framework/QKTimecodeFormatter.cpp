@@ -3,10 +3,12 @@
 #include "../Platform/IntegerMath.h"
 #include "../Platform/KeyedCoder.h"
 #include "../Platform/Reports.h"
+#include "QKExtendedTimecode.h"
+#include "QKFFTimecodeFormatDeputy.h"
 #include "QKHMSTimecodeFormatDeputy.h"
+#include "QKMeasuredTimecodeFormatDeputy.h"
 #include "QKOneDFramesTimecodeFormatDeputy.h"
 #include "QKOneDTimeTimecodeFormatDeputy.h"
-#include "QKTimecode.h"
 #include "detail/DeputySupport.h"
 #include "detail/ParseText.h"
 
@@ -65,12 +67,32 @@ const ClassDescriptor _QKTimecodeFormatterDeputyCollection::descriptor{
     []() -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(); },
     [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<_QKTimecodeFormatterDeputyCollection>(coder); }};
 
+// A format's deputy: where it is held, its class, and its key in an archive.
+struct _QKTimecodeFormatterDeputyCollection::Row {
+  Ref<QKFormatDeputy> _QKTimecodeFormatterDeputyCollection::*deputy;
+  const ClassDescriptor* descriptor;
+  std::string_view key;
+};
+
+const _QKTimecodeFormatterDeputyCollection::Row _QKTimecodeFormatterDeputyCollection::kRows[7] = {
+    {&_QKTimecodeFormatterDeputyCollection::SMPTEDeputy_, &QKSMPTETimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionSMPTE"},
+    {&_QKTimecodeFormatterDeputyCollection::HMSDeputy_, &QKHMSTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionHMS"},
+    {&_QKTimecodeFormatterDeputyCollection::videoDeputy_, &QKOneDVideoTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionVideo"},
+    {&_QKTimecodeFormatterDeputyCollection::audioDeputy_, &QKOneDAudioTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionAudio"},
+    {&_QKTimecodeFormatterDeputyCollection::secondsDeputy_, &QKOneDTimeTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionSeconds"},
+    {&_QKTimecodeFormatterDeputyCollection::barsBeatsDeputy_, &QKMeasuredTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionBarsBeats"},
+    {&_QKTimecodeFormatterDeputyCollection::feetFramesDeputy_, &QKFFTimecodeFormatDeputy::descriptor,
+     "_OrbisTimecodeFormatterDeputyCollectionFeetFrames"},
+};
+
 _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection() {
-  deputies_[QKTimecodeFormatSMPTE] = std::make_shared<QKSMPTETimecodeFormatDeputy>();
-  deputies_[QKTimecodeFormatHMS] = std::make_shared<QKHMSTimecodeFormatDeputy>();
-  deputies_[QKTimecodeFormatVideoFrames] = std::make_shared<QKOneDVideoTimecodeFormatDeputy>();
-  deputies_[QKTimecodeFormatAudioFrames] = std::make_shared<QKOneDAudioTimecodeFormatDeputy>();
-  deputies_[QKTimecodeFormatSeconds] = std::make_shared<QKOneDTimeTimecodeFormatDeputy>();
+  for (const Row& row : kRows) this->*row.deputy = std::static_pointer_cast<QKFormatDeputy>(row.descriptor->make());
 }
 
 _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(
@@ -82,8 +104,10 @@ _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(
 _QKTimecodeFormatterDeputyCollection& _QKTimecodeFormatterDeputyCollection::operator=(
     const _QKTimecodeFormatterDeputyCollection& other) {
   if (this == &other) return *this;
-  std::transform(other.deputies_.begin(), other.deputies_.end(), deputies_.begin(),
-                 [](const Ref<QKFormatDeputy>& deputy) { return deputy ? copyOf(*deputy) : nullptr; });
+  for (const Row& row : kRows) {
+    const Ref<QKFormatDeputy>& deputy = other.*row.deputy;
+    this->*row.deputy = deputy ? copyOf(*deputy) : nullptr;
+  }
   return *this;
 }
 
@@ -99,17 +123,17 @@ Ref<Object> _QKTimecodeFormatterDeputyCollection::copy() const {
 
 Ref<QKFormatDeputy> _QKTimecodeFormatterDeputyCollection::deputyForFormat(QKTimecodeFormat format) const {
   const auto index = static_cast<std::uint64_t>(format);
-  return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)] : nullptr;
+  return index < std::size(kRows) ? this->*kRows[index].deputy : nullptr;
 }
 
 QKFormatDeputy* _QKTimecodeFormatterDeputyCollection::borrowedDeputyForFormat(QKTimecodeFormat format) const {
   const auto index = static_cast<std::uint64_t>(format);
-  return index < deputies_.size() ? deputies_[static_cast<std::size_t>(index)].get() : nullptr;
+  return index < std::size(kRows) ? (this->*kRows[index].deputy).get() : nullptr;
 }
 
 void _QKTimecodeFormatterDeputyCollection::setDeputy(Ref<QKFormatDeputy> deputy, QKTimecodeFormat format) {
   const auto index = static_cast<std::uint64_t>(format);
-  if (index < deputies_.size()) deputies_[static_cast<std::size_t>(index)] = std::move(deputy);
+  if (index < std::size(kRows)) this->*kRows[index].deputy = std::move(deputy);
 }
 
 // ---- Making ----
@@ -122,7 +146,7 @@ const ClassDescriptor QKTimecodeFormatter::descriptor{
     []() -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(); },
     [](KeyedCoder& coder) -> Ref<Object> { return std::make_shared<QKTimecodeFormatter>(coder); }};
 
-QKTimecodeFormatter::QKTimecodeFormatter() : defaultObjectPrototype_(std::make_shared<QKTimecode>()) {}
+QKTimecodeFormatter::QKTimecodeFormatter() : defaultObjectPrototype_(std::make_shared<QKExtendedTimecode>()) {}
 
 QKTimecodeFormatter::QKTimecodeFormatter(const QKTimecodeFormatter& other) : Formatter(other) { *this = other; }
 
@@ -213,7 +237,7 @@ std::optional<std::string> QKTimecodeFormatter::defaultNilSymbol() const {
 Ref<Object> QKTimecodeFormatter::defaultObjectPrototype() const { return copyOrNull(defaultObjectPrototype_); }
 
 void QKTimecodeFormatter::setDefaultObjectPrototype(Ref<Object> prototype) {
-  defaultObjectPrototype_ = prototype ? std::move(prototype) : std::make_shared<QKTimecode>();
+  defaultObjectPrototype_ = prototype ? std::move(prototype) : std::make_shared<QKExtendedTimecode>();
 }
 
 void QKTimecodeFormatter::_setOrbSMPTETimecodeFormatterUsesHighOrderTyping(bool flag) {
@@ -238,20 +262,15 @@ QKFormatDeputy* QKTimecodeFormatter::activeDeputy() const { return formatDeputie
 std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* object) const {
   if (!object) return nilSymbol_ ? nilSymbol_ : defaultNilSymbol();
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(object)) {
-    assertionFailed({"-[QKTimecodeFormatter stringForObjectValue:]", this, kFile, 748,
-                     "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter "
-                     "that doesn't accept "
-                     "negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, "
-                     "QKTimecodeFormatter "
-                     "defaults to only handling non-negative timecodes. However, there is a common "
-                     "convention to "
-                     "interpret negative timecodes as a sort of counting backwards. If you want "
-                     "this timecode formatter "
-                     "to handle negative timecodes, you'll have to call -[QKTimecodeFormatter "
-                     "setAllowsNegative:] and "
-                     "pass YES before you give it any negative timecodes (you may also set this "
-                     "attribute in Designer). "
-                     "Once you do that, you'll no longer get this assertion.\n\n"});
+    assertionFailed(
+        {"-[QKTimecodeFormatter stringForObjectValue:]", this, kFile, 748,
+         "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't accept "
+         "negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, QKTimecodeFormatter "
+         "defaults to only handling non-negative timecodes. However, there is a common convention to "
+         "interpret negative timecodes as a sort of counting backwards. If you want this timecode formatter "
+         "to handle negative timecodes, you'll have to call -[QKTimecodeFormatter setAllowsNegative:] and "
+         "pass YES before you give it any negative timecodes (you may also set this attribute in Designer). "
+         "Once you do that, you'll no longer get this assertion.\n\n"});
   }
   const QKFormatDeputy* deputy = activeDeputy();
   if (!deputy) return std::nullopt;
@@ -596,6 +615,60 @@ void QKTimecodeFormatter::setODTSecondsDecimalPlaces(std::uint64_t places) {
                    &QKOneDTimeTimecodeFormatDeputy::setSecondsDecimalPlaces, places);
 }
 
+std::int64_t QKTimecodeFormatter::MSeparator() const {
+  return deputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::separator);
+}
+
+void QKTimecodeFormatter::setMSeparator(std::int64_t separator) {
+  setDeputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::separator,
+                   &QKMeasuredTimecodeFormatDeputy::setSeparator, separator);
+}
+
+bool QKTimecodeFormatter::MDisplaysDivisionsAndTicks() const {
+  return deputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::displaysDivisionsAndTicks);
+}
+
+void QKTimecodeFormatter::setMDisplaysDivisionsAndTicks(bool flag) {
+  setDeputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::displaysDivisionsAndTicks,
+                   &QKMeasuredTimecodeFormatDeputy::setDisplaysDivisionsAndTicks, flag);
+}
+
+bool QKTimecodeFormatter::MIsDivisionsFieldDropped() const {
+  return deputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::isDivisionsFieldDropped);
+}
+
+void QKTimecodeFormatter::setMIsDivisionsFieldDropped(bool flag) {
+  setDeputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::isDivisionsFieldDropped,
+                   &QKMeasuredTimecodeFormatDeputy::setIsDivisionsFieldDropped, flag);
+}
+
+std::int64_t QKTimecodeFormatter::MBeatsDecimalPlaces() const {
+  return deputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::beatsDecimalPlaces);
+}
+
+void QKTimecodeFormatter::setMBeatsDecimalPlaces(std::int64_t places) {
+  setDeputySetting(QKTimecodeFormatBarsBeats, &QKMeasuredTimecodeFormatDeputy::beatsDecimalPlaces,
+                   &QKMeasuredTimecodeFormatDeputy::setBeatsDecimalPlaces, places);
+}
+
+std::int64_t QKTimecodeFormatter::FFSeparator() const {
+  return deputySetting(QKTimecodeFormatFeetFrames, &QKFFTimecodeFormatDeputy::separator);
+}
+
+void QKTimecodeFormatter::setFFSeparator(std::int64_t separator) {
+  setDeputySetting(QKTimecodeFormatFeetFrames, &QKFFTimecodeFormatDeputy::separator,
+                   &QKFFTimecodeFormatDeputy::setSeparator, separator);
+}
+
+bool QKTimecodeFormatter::FFDisplaysQuarterFrames() const {
+  return deputySetting(QKTimecodeFormatFeetFrames, &QKFFTimecodeFormatDeputy::displaysQuarterFrames);
+}
+
+void QKTimecodeFormatter::setFFDisplaysQuarterFrames(bool flag) {
+  setDeputySetting(QKTimecodeFormatFeetFrames, &QKFFTimecodeFormatDeputy::displaysQuarterFrames,
+                   &QKFFTimecodeFormatDeputy::setDisplaysQuarterFrames, flag);
+}
+
 bool QKTimecodeFormatter::SMPTEDisplaysFrameDivision() const {
   return SMPTEDisplaysSubframes() || SMPTEDisplaysQuarterFrames();
 }
@@ -615,29 +688,18 @@ std::array<std::string_view, 2> QKTimecodeFormatter::keyPathsForValuesAffectingS
 namespace {
 
 // Every class that a video timecode of the library can have.
-constexpr const ClassDescriptor* kTimecodeClasses[] = {&QKVideoTimecode::descriptor, &QKTimecode::descriptor};
+constexpr const ClassDescriptor* kTimecodeClasses[] = {&QKVideoTimecode::descriptor, &QKTimecode::descriptor,
+                                                       &QKExtendedTimecode::descriptor};
 constexpr const ClassDescriptor* kTextClass[] = {&TextObject::descriptor};
 
-// A format's deputy in an archive: its key in the collection's, and its class; null for one that is absent.
-struct DeputyRow {
-  std::string_view key;
-  const ClassDescriptor* descriptor;
-};
-constexpr DeputyRow kDeputyRows[] = {
-    {"_OrbisTimecodeFormatterDeputyCollectionSMPTE", &QKSMPTETimecodeFormatDeputy::descriptor},
-    {"_OrbisTimecodeFormatterDeputyCollectionHMS", &QKHMSTimecodeFormatDeputy::descriptor},
-    {"_OrbisTimecodeFormatterDeputyCollectionVideo", &QKOneDVideoTimecodeFormatDeputy::descriptor},
-    {"_OrbisTimecodeFormatterDeputyCollectionAudio", &QKOneDAudioTimecodeFormatDeputy::descriptor},
-    {"_OrbisTimecodeFormatterDeputyCollectionSeconds", &QKOneDTimeTimecodeFormatDeputy::descriptor},
-    {"_OrbisTimecodeFormatterDeputyCollectionBarsBeats", nullptr},
-    {"_OrbisTimecodeFormatterDeputyCollectionFeetFrames", nullptr},
-};
-
 // The formats whose deputies the class sets name: the audio frames are left out, on purpose.
-constexpr const ClassDescriptor* kCollectionClasses[] = {
-    &_QKTimecodeFormatterDeputyCollection::descriptor, &QKSMPTETimecodeFormatDeputy::descriptor,
-    &QKHMSTimecodeFormatDeputy::descriptor, &QKOneDVideoTimecodeFormatDeputy::descriptor,
-    &QKOneDTimeTimecodeFormatDeputy::descriptor};
+constexpr const ClassDescriptor* kCollectionClasses[] = {&_QKTimecodeFormatterDeputyCollection::descriptor,
+                                                         &QKSMPTETimecodeFormatDeputy::descriptor,
+                                                         &QKHMSTimecodeFormatDeputy::descriptor,
+                                                         &QKOneDVideoTimecodeFormatDeputy::descriptor,
+                                                         &QKOneDTimeTimecodeFormatDeputy::descriptor,
+                                                         &QKMeasuredTimecodeFormatDeputy::descriptor,
+                                                         &QKFFTimecodeFormatDeputy::descriptor};
 
 }  // namespace
 
@@ -645,21 +707,21 @@ ClassSet _QKTimecodeFormatterDeputyCollection::keyedUnarchiverClasses() { return
 
 _QKTimecodeFormatterDeputyCollection::_QKTimecodeFormatterDeputyCollection(KeyedCoder& coder) {
   const DecodingRegistration registration(coder, descriptor);
-  for (std::size_t i = 0; i < deputies_.size(); ++i) {
-    const DeputyRow& row = kDeputyRows[i];
-    const ClassSet classes(&row.descriptor, row.descriptor ? 1 : 0);
+  for (const Row& row : kRows) {
+    const ClassSet classes(&row.descriptor, 1);
     const Ref<Object> deputy =
         coder.allowsKeyedCoding() ? coder.decodeObject(classes, row.key) : coder.decodeObject(classes);
-    if (classCast<QKFormatDeputy>(deputy.get())) deputies_[i] = std::static_pointer_cast<QKFormatDeputy>(deputy);
+    if (classCast<QKFormatDeputy>(deputy.get())) this->*row.deputy = std::static_pointer_cast<QKFormatDeputy>(deputy);
   }
 }
 
 void _QKTimecodeFormatterDeputyCollection::encodeWithCoder(KeyedCoder& coder) const {
-  for (std::size_t i = 0; i < deputies_.size(); ++i) {
+  for (const Row& row : kRows) {
+    const Object* const deputy = (this->*row.deputy).get();
     if (coder.allowsKeyedCoding()) {
-      coder.encodeObject(deputies_[i].get(), kDeputyRows[i].key);
+      coder.encodeObject(deputy, row.key);
     } else {
-      coder.encodeObject(deputies_[i].get());
+      coder.encodeObject(deputy);
     }
   }
 }
@@ -704,11 +766,9 @@ QKTimecodeFormatter::QKTimecodeFormatter(KeyedCoder& coder) {
     return value.int64Value();
   };
 
-  std::vector<const ClassDescriptor*> deputyClasses{&_QKTimecodeFormatterDeputyCollection::descriptor,
-                                                    &NumberedObjects::descriptor};
-  for (const DeputyRow& row : kDeputyRows) {
-    if (row.descriptor) deputyClasses.push_back(row.descriptor);
-  }
+  std::vector<const ClassDescriptor*> deputyClasses(std::begin(kCollectionClasses), std::end(kCollectionClasses));
+  deputyClasses.insert(deputyClasses.end(),
+                       {&QKOneDAudioTimecodeFormatDeputy::descriptor, &NumberedObjects::descriptor});
   takeArchivedDeputies(decodeObject(deputyClasses, "OTFFormatDeputies"), archivedVersion);
   format_ = static_cast<QKTimecodeFormat>(decodeInteger("OTFFormat"));
   allowsNegative_ = isKeyed ? coder.decodeBool("OTFAllowsNegative") : decodeInteger({}) != 0;

@@ -45,7 +45,7 @@ class QUILL_EXPORT _QKTimecodeFormatterDeputyCollection : public Object {
  public:
   static const ClassDescriptor descriptor;
 
-  // A plain deputy of each class that exists.
+  // A plain deputy of each class.
   _QKTimecodeFormatterDeputyCollection();
   _QKTimecodeFormatterDeputyCollection(const _QKTimecodeFormatterDeputyCollection& other);
   _QKTimecodeFormatterDeputyCollection& operator=(const _QKTimecodeFormatterDeputyCollection& other);
@@ -69,7 +69,11 @@ class QUILL_EXPORT _QKTimecodeFormatterDeputyCollection : public Object {
   void setDeputy(Ref<QKFormatDeputy> deputy, QKTimecodeFormat format);
 
  private:
-  std::array<Ref<QKFormatDeputy>, 7> deputies_;  // by format
+  struct Row;
+  static const Row kRows[7];  // by format
+
+  Ref<QKFormatDeputy> SMPTEDeputy_, HMSDeputy_, videoDeputy_, audioDeputy_, secondsDeputy_, barsBeatsDeputy_,
+      feetFramesDeputy_;
 };
 
 class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
@@ -78,7 +82,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
 
   // ---- Making ----
 
-  // SMPTE, plain deputies, no bounds, no negatives, a plain timecode as prototype.
+  // SMPTE, plain deputies, no bounds, no negatives, a plain QKExtendedTimecode as prototype.
   QKTimecodeFormatter();
   // Everything but the current timecode, which a copy does not have.
   QKTimecodeFormatter(const QKTimecodeFormatter& other);
@@ -219,6 +223,20 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   void setHMSHas24HourRollover(bool flag);
   std::uint64_t ODTSecondsDecimalPlaces() const;
   void setODTSecondsDecimalPlaces(std::uint64_t places);
+
+  std::int64_t MSeparator() const;
+  void setMSeparator(std::int64_t separator);
+  bool MDisplaysDivisionsAndTicks() const;
+  void setMDisplaysDivisionsAndTicks(bool flag);
+  bool MIsDivisionsFieldDropped() const;
+  void setMIsDivisionsFieldDropped(bool flag);
+  std::int64_t MBeatsDecimalPlaces() const;
+  void setMBeatsDecimalPlaces(std::int64_t places);
+
+  std::int64_t FFSeparator() const;
+  void setFFSeparator(std::int64_t separator);
+  bool FFDisplaysQuarterFrames() const;
+  void setFFDisplaysQuarterFrames(bool flag);
 
   // ---- Coding ----
 

@@ -137,7 +137,7 @@ TEST(Coding, OlderAndOddLayoutsAreReadAsTheyWereMeant) {
   }
   // The audio frames are left out, on purpose.
   const ClassSet classes = QKTimecodeFormatter::keyedUnarchiverClasses();
-  EXPECT_EQ(classes.size(), 8u);
+  EXPECT_EQ(classes.size(), 10u);
   EXPECT_EQ(std::count(classes.begin(), classes.end(), &QKOneDAudioTimecodeFormatDeputy::descriptor), 0);
 }
 

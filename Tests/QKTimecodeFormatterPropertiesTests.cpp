@@ -28,7 +28,7 @@ TEST(QKTimecodeFormatterProperties, StartPlain) {
   EXPECT_EQ(f.SMPTEStringInterpretation(), OrbSMPTEStringInterpretationPreservingUpper);
   EXPECT_FALSE(f.allowsNegative() || f.currentTimecode() || f.minimum() || f.maximum());
   EXPECT_EQ(f.nilSymbol(), std::nullopt);
-  EXPECT_TRUE(f.defaultObjectPrototype()->isEqual(QKTimecode()));
+  EXPECT_TRUE(f.defaultObjectPrototype()->isEqual(QKExtendedTimecode()));
   EXPECT_TRUE(f.SMPTEDisplaysHours() && f.SMPTEDisplaysFrames() && f.SMPTEHas24HourRollover());
   EXPECT_FALSE(f.SMPTEDisplaysSubframes() || f.SMPTEDisplaysQuarterFrames());
 }
@@ -143,7 +143,7 @@ TEST(QKTimecodeFormatterProperties, GettersHandOutCopies) {
   EXPECT_EQ(labelOf(f.currentTimecode()), "0:00:02:00");
   EXPECT_EQ(labelOf(f.defaultObjectPrototype()), "0:00:02:00");
   f.setDefaultObjectPrototype(nullptr);
-  EXPECT_TRUE(f.defaultObjectPrototype()->isEqual(QKTimecode()));
+  EXPECT_TRUE(f.defaultObjectPrototype()->isEqual(QKExtendedTimecode()));
 }
 
 TEST(QKTimecodeFormatterProperties, CopiesHaveAllButTheCurrentTimecode) {
