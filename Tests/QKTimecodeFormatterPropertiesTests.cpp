@@ -1,3 +1,4 @@
+#include "../Framework/QKExtendedTimecode.h"
 #include "FormatterFixtures.h"
 
 namespace quill {
