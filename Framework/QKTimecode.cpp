@@ -98,7 +98,7 @@ void QKTimecode::setAudioFrameRate(std::uint64_t audioFrameRate) {
   }
   const std::int64_t best = _bestTimeScale();  // in a constructor the class's own
   if (best != storedTime().timescale) {
-    setStoredTime(storedTime().convertedTo(saturateToInt32(static_cast<double>(best))));
+    setStoredTime(storedTime().convertedTo(saturateToInt32(best)));
   }
 }
 
@@ -199,11 +199,10 @@ Number QKTimecode::privateTimeForHours(std::int64_t hours, std::int64_t minutes,
   if (useSeconds()) {
     return static_cast<double>(hours) * 3600 + (static_cast<double>(minutes) * 60 + seconds);
   }
-  const std::uint64_t rate = timeRate();
-  const std::uint64_t wholeSeconds =
-      static_cast<std::uint64_t>(hours) * 3600 + static_cast<std::uint64_t>(minutes) * 60;  // modulo 2^64
+  const std::int64_t rate = saturatingFromUInt64(timeRate());
+  const std::int64_t wholeSeconds = saturatingAdd(saturatingMultiply(hours, 3600), saturatingMultiply(minutes, 60));
   const std::int64_t rest = saturateToInt64(static_cast<double>(rate) * seconds + 0.5);
-  return wholeSeconds * rate + static_cast<std::uint64_t>(rest);
+  return static_cast<std::uint64_t>(saturatingAdd(saturatingMultiply(wholeSeconds, rate), rest));
 }
 
 void QKTimecode::privateSetSecondsWithClampedHours(double seconds) {
@@ -252,8 +251,7 @@ std::uint64_t QKTimecode::audioFrames() {
   const std::uint64_t frame = videoFrames();
   if (frame < sequencePhaseFrame_) {
     assertionFailed({"-[QKTimecode audioFrames]", this, kFile, __LINE__,
-                     "invalid time for SMPTE 272M audio frames conversion: video frames must not "
-                     "be less than audio "
+                     "invalid time for SMPTE 272M audio frames conversion: video frames must not be less than audio "
                      "frame sequence phase frame (sequencePhaseFrame)"});
   }
   const AudioFrameSequence* sequence = audioFrameSequence(sequenceFrameRate(), audioFrameRate_);
@@ -280,10 +278,8 @@ void QKTimecode::addAudioFrames(std::uint64_t frames) {
 }
 
 void QKTimecode::subtractAudioFrames(std::uint64_t frames) {
-  if (refusesNonNumeric("ERROR: Can't subtract audio frames with non-numeric internal time. "
-                        "Timecode unchanged")) {
+  if (refusesNonNumeric("ERROR: Can't subtract audio frames with non-numeric internal time. Timecode unchanged"))
     return;
-  }
   changeAudioFrames(frames, true);
 }
 
@@ -353,8 +349,7 @@ QKTimecode::QKTimecode(KeyedCoder& coder) : QKVideoTimecode(coder) {
 void QKTimecode::encodeWithCoder(KeyedCoder& coder) const {
   QKVideoTimecode::encodeWithCoder(coder);
   if (coder.allowsKeyedCoding()) {
-    coder.encodeInteger(QKVideoTimecode::version(),
-                        "OrbisTimecodeVersion");  // the base's, on purpose
+    coder.encodeInteger(QKVideoTimecode::version(), "OrbisTimecodeVersion");  // the base's, on purpose
     coder.encodeInt64(static_cast<std::int64_t>(audioFrameRate_), "OrbisTimecodeAudioFrameRate");
     coder.encodeInt64(static_cast<std::int64_t>(sequencePhaseFrame_), "OrbisTimecodeSequencePhaseFrame");
   } else {

@@ -54,7 +54,7 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
 
   // ---- Audio frame rate ----
 
-  // Audio frames (samples) per second; never 0 but from an archive.
+  // Audio frames (samples) per second; 0 only at timescale 0 or out of an archive.
   std::uint64_t audioFrameRate() const { return audioFrameRate_; }
   // Brings the time to the best timescale. 0 stands for the timescale, or for 1 in the seconds mode. A non-numeric time
   // logs a line and stays; the rate is stored all the same.
@@ -83,14 +83,16 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
   void setHMSHours(std::int64_t hours) override;
   void setHMSMinutes(std::int64_t minutes) override;
   void setHMSSeconds(double seconds) override;
-  // To the nearest tick. A negative amount (seconds of -1 or below, or NaN) fails an assertion.
+  // To the nearest tick; an amount stops at 2^63-1 ticks. A negative amount (seconds of -1 or below, or NaN) fails an
+  // assertion.
   void addHMSHours(std::int64_t hours, std::int64_t minutes, double seconds) override;
   void subtractHMSHours(std::int64_t hours, std::int64_t minutes, double seconds) override;
 
   // ---- Audio frames ----
   //
-  // A non-numeric time logs a line, counts as 0 and stays unchanged. With the SMPTE 272M sequence a negative value, or one
-  // before the phase frame, fails an assertion when it is read.
+  // A non-numeric time logs a line, counts as 0 and stays unchanged. With the SMPTE 272M sequence a negative value, or
+  // one before the phase frame, fails an assertion when it is read. In the seconds mode setting audio frames loses the
+  // sign.
 
   std::uint64_t audioFrames() override;
   // The start of that audio frame. The sign stays.
@@ -113,7 +115,7 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
  protected:
   // ---- For subclasses ----
 
-  // The least common multiple of the base's and the audio frame rate, or the larger of both where 31 bits do not hold it.
+  // The least common multiple of the base's and the audio frame rate; the larger of both where 31 bits do not hold it.
   std::int64_t _bestTimeScale() const override;
   bool isEqualApartFromTime(const Object& other) const override;
 

@@ -772,8 +772,9 @@ QKTimecodeFormatter::QKTimecodeFormatter(KeyedCoder& coder) {
   takeArchivedDeputies(decodeObject(deputyClasses, "OTFFormatDeputies"), archivedVersion);
   format_ = static_cast<QKTimecodeFormat>(decodeInteger("OTFFormat"));
   allowsNegative_ = isKeyed ? coder.decodeBool("OTFAllowsNegative") : decodeInteger({}) != 0;
-  minimumTimecode_ = decodeObject(kTimecodeClasses, "OTFMinimumTimecode");
-  maximumTimecode_ = decodeObject(kTimecodeClasses, "OTFMaximumTimecode");
+  // Copies: an archive may hold one object in several places, and a bound is changed in place.
+  minimumTimecode_ = copyOrNull(decodeObject(kTimecodeClasses, "OTFMinimumTimecode"));
+  maximumTimecode_ = copyOrNull(decodeObject(kTimecodeClasses, "OTFMaximumTimecode"));
   if (isKeyed || archivedVersion >= 1) {
     const Ref<Object> symbol = decodeObject(kTextClass, "OTFNilSymbol");
     if (const auto* text = classCast<TextObject>(symbol.get())) nilSymbol_ = text->text();

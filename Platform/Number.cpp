@@ -1,6 +1,7 @@
 #include "Number.h"
 
 #include "IntegerMath.h"
+#include "KeyedCoder.h"
 #include "TextServices.h"
 
 #include <bit>
@@ -91,7 +92,9 @@ std::uint64_t Number::hash() const {
 
 Ref<Object> Number::copy() const { return std::make_shared<Number>(*this); }
 
-void* Number::asProtocol(const Protocol& protocol) { return &protocol == &Copying::protocol ? this : nullptr; }
+void* Number::asProtocol(const Protocol& protocol) {
+  return &protocol == &Copying::protocol || &protocol == &Coding::protocol ? this : nullptr;
+}
 
 std::partial_ordering operator<=>(const Number& a, const Number& b) {
   const bool doubleA = a.kind_ == Number::Kind::Double, doubleB = b.kind_ == Number::Kind::Double;

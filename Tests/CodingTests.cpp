@@ -89,6 +89,18 @@ TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
   }
 }
 
+TEST(Coding, BoundsAreTheFormattersOwnEvenWhereAnArchiveHoldsOneObjectThrice) {
+  const auto shared = ticksLayout({-5, 3}, 3, infoLayout(0, 0));
+  const auto layout = formatterLayout({4, kNil, 0, true, shared, shared, kNil, shared});
+  for (const ArchiveKind kind : kKinds) {
+    const auto formatter = unarchived<QKTimecodeFormatter>(archivedData(*layout, kind));
+    formatter->setAllowsNegative(false);
+    EXPECT_EQ(fieldsOf(formatter->minimum()), fieldsOf(formatter->maximum()));
+    EXPECT_EQ(fieldsOf(formatter->minimum()), "mode 3 time 0 3 1 0 custom 0 0");
+    EXPECT_EQ(fieldsOf(formatter->defaultObjectPrototype()), "mode 3 time -5 3 1 0 custom 0 0");
+  }
+}
+
 // clang-format off
 TEST(Coding, OlderAndOddLayoutsAreReadAsTheyWereMeant) {
   const auto empty = std::make_shared<TextObject>("");

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 namespace quill {
 namespace {
@@ -155,6 +156,14 @@ TEST(GoldenArchive, MayEndAnywhereAndHaveAnyByteFlipped) {
         flipped[i] = static_cast<char>(bytes[i] ^ flip);
         ASSERT_EQ(fault(flipped, kind), "") << i << " by " << flip;
       }
+    }
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {  // several behind the head at once
+      std::string changed = bytes;
+      const std::size_t root = bytes.find("root");
+      for (auto changes = 2 + random() % 5; changes > 0; --changes)
+        changed[root + random() % (bytes.size() - root)] = static_cast<char>(random());
+      ASSERT_EQ(fault(changed, kind), "") << round;
     }
     EXPECT_TRUE(reports.assertions.empty() && reports.logs.empty()) << reports;
   });

@@ -1,5 +1,7 @@
 #include "../Platform/Number.h"
 
+#include "../Platform/KeyedCoder.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -99,7 +101,8 @@ TEST(Object, AnswersForClassAndProtocol) {
   Number number = 2.5;
   EXPECT_EQ(protocolCast<Speaking>(&speaker), static_cast<Speaking*>(&speaker));
   EXPECT_TRUE(!protocolCast<Speaking>(&number) && !protocolCast<Speaking>(nullptr));
-  EXPECT_TRUE(conformsTo(&speaker, Speaking::otherName) && conformsTo(&number, Copying::protocol));
+  EXPECT_TRUE(conformsTo(&speaker, Speaking::otherName) && conformsTo(&number, Copying::protocol) &&
+              conformsTo(&number, Coding::protocol));
   EXPECT_FALSE(conformsTo(&speaker, Copying::protocol));
   EXPECT_TRUE(isKindOf(number, Object::descriptor));
   EXPECT_EQ(classCast<Number>(static_cast<Object*>(&number)), &number);

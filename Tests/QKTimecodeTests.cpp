@@ -49,6 +49,7 @@ TEST(QKTimecodeMaking, TakesARateOrTheTimeRateAndBringsTheTimeToTheBestTimescale
       {"number in seconds", {1.5, kSeconds, k25}, 1, {}},
       {"frame duration, rate", {time, at25, 0, 48000}, 48000, {480, 48000}},
       {"frame duration, rate 0", {time, at25, 0, 0}, 600, {60, 6000}},
+      {"rate 0 at timescale 0", {{5, 0}, at25, 0, 0}, 0, {5, 0}},
       {"number at best rate, rate", {80, kBest, k25, 44100}, 44100, {35280, 882000}},
       {"number, rate 0", {1, 30000, k2997, 0}, 30000, {80, 2400000}},
       {"number in seconds, rate", {1.5, kSeconds, k25, 48000}, 48000, {}},
@@ -149,6 +150,12 @@ TEST(QKTimecodeHMS, ReadsSetsAddsAndSubtracts) {
       EXPECT_EQ(hms(value), rate == kSeconds ? row.inSeconds : row.text) << &row - rows;
       EXPECT_EQ(reports.isQuiet(), row.text[0] != '9') << reports;  // hours cut to 99
     }
+  }
+  for (const std::int64_t amount : {kInt64Highest, kInt64Highest / 2000}) {  // beyond 64 bits in ticks
+    Value more(MediaTime(-7, 1000), k24), less(MediaTime(7, 1000), k24);
+    more.addHMSHours(amount, amount, 0.5);
+    less.subtractHMSHours(0, amount, 0);
+    EXPECT_TRUE(more.timeValue().value == kInt64Highest - 7 && less.timeValue().value == 7 - kInt64Highest) << amount;
   }
 }
 
