@@ -28,22 +28,25 @@ int compareValues(Object* a, const Ref<Object>& b) {
   return timecode ? timecode->compare(*b) : 0;
 }
 
+std::int32_t timescaleOf(const Object* object) {
+  const auto* timecode = classCast<QKVideoTimecode>(object);
+  return timecode ? timecode->timeValue().timescale : 0;
+}
+
 // Brings a result whose ticks have run over back to the furthest time that they count, at the timescale of the value that
 // it came from.
-void holdInRange(Object* result, const Object* origin) {
+void holdInRange(Object* result, std::int32_t timescale) {
   auto* timecode = classCast<QKVideoTimecode>(result);
   if (!timecode || timecode->isNumeric()) return;
-  const auto* from = classCast<QKVideoTimecode>(origin);
-  const std::int32_t timescale = from ? from->timeValue().timescale : 0;
   const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
   timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale > 0 ? timescale : 1));
 }
 
 Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }
 
-// Clears a negative bound. Whether it did.
-bool clearNegative(const Ref<Object>& bound) {
-  auto* timecode = protocolCast<QKBasicTimecode>(bound.get());
+// Clears a negative value. Whether it did.
+bool clearNegative(Object* object) {
+  auto* timecode = protocolCast<QKBasicTimecode>(object);
   if (!timecode || !timecode->isNegative()) return false;
   timecode->clearTimecode();
   return true;
@@ -215,8 +218,8 @@ void QKTimecodeFormatter::setBound(Ref<Object>* bound, const Ref<Object>& otherB
 }
 
 bool QKTimecodeFormatter::clearNegativeBounds() {
-  const bool clearedMinimum = clearNegative(minimumTimecode_);
-  return clearNegative(maximumTimecode_) || clearedMinimum;
+  const bool clearedMinimum = clearNegative(minimumTimecode_.get());
+  return clearNegative(maximumTimecode_.get()) || clearedMinimum;
 }
 
 void QKTimecodeFormatter::privateVerifyAsBound(Object* object) const {
@@ -293,9 +296,9 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
   }
   Ref<Object> result;
   if (!deputy->getObjectValue(&result, string, *this, error)) return false;
-  holdInRange(result.get(), currentTimecode_.get());
-  if (auto* timecode = protocolCast<QKBasicTimecode>(result.get())) {
-    if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(result.get())) timecode->clearTimecode();
+  holdInRange(result.get(), timescaleOf(currentTimecode_.get()));
+  if (conformsTo(result.get(), QKBasicTimecode::protocol)) {
+    if (!allowsNegative_) clearNegative(result.get());
     const Bounds bounds = effectiveBounds(result.get());
     if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0) result = bounds.lowest->copy();
     if (bounds.highest && compareValues(result.get(), bounds.highest) > 0) result = bounds.highest->copy();
@@ -486,7 +489,7 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   Ref<Object> stepped;
   deputy->getObjectValueIncrementingSegmentWithTag(&stepped, tag, increment, object);
   if (!stepped) return;
-  holdInRange(stepped.get(), object);
+  holdInRange(stepped.get(), timescaleOf(object));
   imposeSegmentBounds(&stepped, tag, object);
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(stepped.get())) {
     const Ref<Object> copy = object->copy();
@@ -509,8 +512,15 @@ bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result, s
     const NumberFormatter* shared = deputy->formatterForSegmentTag(tag, object);
     if (shared && !leadingFormatter(*shared, tag)->getObjectValue(nullptr, string, error)) return false;
   }
+  const std::int32_t timescale = timescaleOf(object);
+  const bool mayBeNegative = allowsNegative_ || detail::isNegative<QKBasicTimecode>(object);
   Ref<Object> typed;
   if (!deputy->getObjectValueForSegmentWithTag(&typed, string, tag, object, error)) return false;
+  // A number beyond 64 bits of ticks leaves neither an infinity nor a sign that could not be shown.
+  for (Object* changed : {object, typed.get()}) {
+    holdInRange(changed, timescale);
+    if (!mayBeNegative) clearNegative(changed);
+  }
   imposeSegmentBounds(&typed, tag, object);
   if (result) *result = std::move(typed);
   return true;
