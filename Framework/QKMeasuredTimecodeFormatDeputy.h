@@ -65,7 +65,9 @@ class QUILL_EXPORT QKMeasuredTimecodeFormatDeputy : public QKFormatDeputy {
   // divisions, else 0. A third field behind whole beats is a fraction: with three places "3 2.5" is half a beat on, while
   // "3 2 5", without a separator, reports a light assertion and is 0.005 beats on. A sign makes the entry an amount to
   // add or subtract, "+1" being a bar and "+0 1" a beat; so the text of a negative value is read as an amount. "" changes
-  // nothing. Fails with "Excess + or -'s", or without a description where no field stands in front.
+  // nothing. Fields are set one by one, bars first: where a bar is no whole number of beats (7/8), or a unit no whole
+  // number of time units (odd tempos), the result may depend on the value that was there. Fails with
+  // "Excess + or -'s", or without a description where no field stands in front.
   bool getObjectValue(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter,
                       std::string* error) const override;
 
