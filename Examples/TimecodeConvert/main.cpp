@@ -22,17 +22,22 @@ int printed(std::string_view text) {
 }
 
 // Prints a line for a value, an empty one where it fails; what is wrong with it goes to standard error behind the place
-// where it stands.
+// where it stands. A value fails too when the library reports anything about it, such as ticks beyond 64 bits.
 bool convertValue(convert::Converter& converter, std::string_view text, const std::string& place) {
-  const auto note = [&place](std::string_view line) { complain(place + examples::firstLine(line), kFailed); };
-  quill::setLogSink(note);
-  quill::setLightAssertionSink(note);
-  std::string result, error;
-  const bool isConverted = converter.convert(text, &result, &error);
-  if (!isConverted) note(examples::quoted(text) + ": " + error);
+  std::string result, error, report;
+  const auto note = [&report](std::string_view line) {
+    if (report.empty()) report = examples::firstLine(line);
+  };
+  const quill::LogSink log = quill::setLogSink(note);
+  const quill::LightAssertionSink light = quill::setLightAssertionSink(note);
+  const bool isConverted = converter.convert(text, &result, &error) && report.empty();
+  quill::setLogSink(log);
+  quill::setLightAssertionSink(light);
+  if (!isConverted) {
+    result.clear();
+    complain(place + examples::quoted(text) + ": " + (error.empty() ? report : error), kFailed);
+  }
   std::cout << result << '\n';
-  quill::setLogSink({});
-  quill::setLightAssertionSink({});
   return isConverted;
 }
 
