@@ -9,6 +9,8 @@
 #include "../Platform/Export.h"
 #include "../Platform/IntegerMath.h"
 
+#include <optional>
+
 namespace quill::inline v0 {
 
 // What a whole note holds.
@@ -35,14 +37,14 @@ struct MusicalGrid {
   double tick = 0;
   bool countsSeconds = false;
 
-  // At a tempo in beats per minute; a rate in time units per second, 0 for seconds. At 120, 4/4 and 48000 a beat lasts
-  // 24000 units, a bar 96000, a division 6000, a tick 25.
+  // At a tempo in beats per minute and a rate in time units per second, none for seconds. At 120, 4/4 and 48000 a beat
+  // lasts 24000 units, a bar 96000, a division 6000, a tick 25.
   static MusicalGrid atTempo(double tempo, std::int64_t numerator, std::int64_t denominator, const WholeNote& whole,
-                             std::uint64_t rate) {
-    const double beat = rate == 0 ? 60 / tempo : 60 / tempo * static_cast<double>(rate);
+                             std::optional<std::uint64_t> rate) {
+    const double beat = rate ? 60 / tempo * static_cast<double>(*rate) : 60 / tempo;
     const double wholeNote = static_cast<double>(whole.beats) * beat;
     return {static_cast<double>(numerator) * wholeNote / static_cast<double>(denominator), beat,
-            beat / whole.divisionsPerBeat(), beat / static_cast<double>(whole.ticksPerBeat()), rate == 0};
+            beat / whole.divisionsPerBeat(), beat / static_cast<double>(whole.ticksPerBeat()), !rate};
   }
 };
 

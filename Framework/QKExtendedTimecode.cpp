@@ -117,10 +117,6 @@ void QKExtendedTimecode::raise(int line, std::string_view description) const {
   assertionFailed({description.substr(0, description.find(']') + 1), this, kFile, line, description});
 }
 
-Number QKExtendedTimecode::boxedTime(double time) const {
-  return useSeconds() ? Number(time) : Number(saturateToUInt64(time));
-}
-
 // ---- Tempo and signature ----
 
 void QKExtendedTimecode::privateSetDefaultMeasureInfo() {
@@ -175,7 +171,7 @@ std::int64_t QKExtendedTimecode::ticksPerBar() const {
 
 MusicalGrid QKExtendedTimecode::grid() {
   return MusicalGrid::atTempo(tempo_, timeSignatureNumerator_, timeSignatureDenominator_, wholeNote(),
-                              useSeconds() ? 0 : timeRate());
+                              useSeconds() ? std::nullopt : std::optional(timeRate()));
 }
 
 double QKExtendedTimecode::privateBeatDuration() { return grid().beat; }

@@ -189,7 +189,6 @@ class QUILL_EXPORT QKExtendedTimecode : public QKTimecode, public QKMeasuredTime
   double unsignedTime() const;
   MusicalPosition musicalPosition();
   void setMusicalPosition(const MusicalPosition& position);
-  Number boxedTime(double time) const;
   void privateAddFeet(std::int64_t feet, std::int64_t frames, std::int64_t quarterFrames, bool isNegativeDelta);
 
   // ---- Storage ----

@@ -222,9 +222,7 @@ double QKTimecode::privateAudioFrameTime() const {
   return useSeconds() ? 1.0 / rate : roundHalfAway(static_cast<double>(storedTime().timescale) * 1000 / rate) * 0.001;
 }
 
-Number QKTimecode::boxedTime(double time) const {
-  return useSeconds() ? Number(time) : Number(Number(time).uint64Value());
-}
+Number QKTimecode::boxedTime(double time) const { return useSeconds() ? Number(time) : Number(saturateToUInt64(time)); }
 
 std::uint64_t QKTimecode::privateSampleRemainder() {
   if (!usingSMPTE272MConversion()) lightAssertionFailed("[self usingSMPTE272MConversion]", kFile, __LINE__);

@@ -131,6 +131,8 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
   void privateAddHMSHours(std::int64_t hours, std::int64_t minutes, double seconds, bool isNegativeDelta);
   // setSeconds, and hours brought into 0 to 99.
   void privateSetSecondsWithClampedHours(double seconds);
+  // A time as a number value: ticks, unsigned, cut and at least 0, or seconds.
+  Number boxedTime(double time) const;
 
  private:
   static TimeRate checkedTimeRate(TimeRate timeRate, std::uint64_t audioFrameRate);
@@ -140,8 +142,6 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
   void changeAudioFrames(std::uint64_t frames, bool isNegativeDelta);
   // The nominal frame rate, as the sequences know it.
   std::int32_t sequenceFrameRate() const { return saturateToInt32(nominalFrameRate()); }
-  // Ticks as unsigned or seconds.
-  Number boxedTime(double time) const;
 
   // ---- Storage ----
 

@@ -1,10 +1,10 @@
 // What an object keeps in an archive, written out as a line of text.
 #pragma once
 
+#include "../Framework/QKExtendedTimecode.h"
 #include "../Framework/QKHMSTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDFramesTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDTimeTimecodeFormatDeputy.h"
-#include "../Framework/QKTimecode.h"
 #include "../Framework/QKTimecodeFormatter.h"
 
 #include <string>
@@ -15,10 +15,10 @@ namespace quill {
 // clang-format off
 inline constexpr const ClassDescriptor* kArchivedClasses[] = {
     &_QKCustomVideoModeInfo::descriptor, &QKVideoTimecode::descriptor, &QKTimecode::descriptor,
-    &QKSMPTETimecodeFormatDeputy::descriptor, &QKHMSTimecodeFormatDeputy::descriptor,
-    &QKOneDVideoTimecodeFormatDeputy::descriptor, &QKOneDAudioTimecodeFormatDeputy::descriptor,
-    &QKOneDTimeTimecodeFormatDeputy::descriptor, &_QKTimecodeFormatterDeputyCollection::descriptor,
-    &QKTimecodeFormatter::descriptor};
+    &QKExtendedTimecode::descriptor, &QKSMPTETimecodeFormatDeputy::descriptor,
+    &QKHMSTimecodeFormatDeputy::descriptor, &QKOneDVideoTimecodeFormatDeputy::descriptor,
+    &QKOneDAudioTimecodeFormatDeputy::descriptor, &QKOneDTimeTimecodeFormatDeputy::descriptor,
+    &_QKTimecodeFormatterDeputyCollection::descriptor, &QKTimecodeFormatter::descriptor};
 // clang-format on
 
 // Reads what a video timecode keeps to itself.
@@ -43,11 +43,16 @@ inline std::string fieldsOf(const Ref<Object>& object) {
     const MediaTime& time = (v->*OpenFields::time)();
     const auto& info = (v->*OpenFields::info)();
     const auto* audio = classCast<QKTimecode>(o);
+    const auto* more = classCast<QKExtendedTimecode>(o);
     return "mode " + joined({std::int64_t{v->timecodeMode()}}) +
            (v->useSeconds() ? " seconds " + joined({v->seconds()})
                             : " time " + joined({time.value, time.timescale, time.flags, time.epoch})) +
            " custom " + joined({info.frameRate, info.preferredTimeScale}) +
-           (audio ? " audio " + joined({audio->audioFrameRate(), audio->audioFrameSequencePhaseFrame()}) : "");
+           (audio ? " audio " + joined({audio->audioFrameRate(), audio->audioFrameSequencePhaseFrame()}) : "") +
+           (more ? " music " +
+                       joined({more->tempo(), more->timeSignatureNumerator(), more->timeSignatureDenominator()}) +
+                       " film " + joined({std::int64_t{more->filmType()}})
+                 : "");
   }
   if (const auto* d = classCast<QKSMPTETimecodeFormatDeputy>(o)) {
     return "SMPTE " + joined({int{d->displaysSubframes()}, int{d->displaysQuarterFrames()}, int{d->displaysHours()},

@@ -45,7 +45,8 @@ TEST(Coding, TimecodesOfEveryModeAndTimeComeBack) {
   for (int mode = -1; mode <= 21; ++mode) {
     const bool isKnown = mode >= 0 && mode <= QKSMPTETimecodeModeCustom;
     const auto expect = [isKnown](const Ref<Layout>& layout, bool isNumber) {
-      for (const auto& one : {layout, audioLayout(layout, 0xfedcba9876543210, 0x8000000000000000)}) {
+      const auto audio = audioLayout(layout, 0xfedcba9876543210, 0x8000000000000000);
+      for (const auto& one : {layout, audio, extendedLayout(audio, 59.94, -1, 0x7fffffff, -3)}) {
         expectComesBack(unarchivedObject(archivedData(*one, kKinds[0]), kArchivedClasses), isKnown && isNumber);
       }
     };
@@ -69,7 +70,8 @@ TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
   formatter.setTimecodeFormat(QKTimecodeFormatSeconds);
   formatter.setMinimum(&low);
   formatter.setMaximum(&high);
-  formatter.setDefaultObjectPrototype(std::make_shared<QKTimecode>(2.5, QKTimecodeUseSeconds, QKSMPTETimecodeMode_24));
+  formatter.setDefaultObjectPrototype(
+      std::make_shared<QKExtendedTimecode>(2.5, QKTimecodeUseSeconds, QKSMPTETimecodeMode_24));
   formatter.setSMPTEStringInterpretation(OrbSMPTEStringInterpretationDiscardingUpper);
   formatter.setSMPTEDisplaysHours(false);
   formatter.setSMPTEDisplaysSubframes(true);

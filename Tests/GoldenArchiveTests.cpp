@@ -73,6 +73,7 @@ const std::vector<Golden>& goldens() {
         {"video-timecode-2-seconds", secondsLayout(-0.1, 3, infoLayout(0, 0)), "mode 3 seconds -0.1 custom 0 0", ""},
         {"timecode-0", audio(), audioText, ""},
         {"timecode-0-of-1", oldAudio(), oldAudioText, ""},
+        {"extended-timecode-0", extendedLayout(audio(), 132.7, 7, 8, 4), audioText + " music 132.7 7 8 film 4", ""},
         {"smpte-deputy-0", SMPTE0, oldSMPTE, ""},
         {"smpte-deputy-1", SMPTE1, SMPTE, ""},
         {"hms-deputy-0", HMS, "HMS 4 1", ""},

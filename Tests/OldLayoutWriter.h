@@ -113,6 +113,15 @@ inline Ref<Layout> audioLayout(const Ref<Layout>& base, std::uint64_t rate, std:
                 {{"Q", rate}, {"Q", phase}}, base);
 }
 
+// Likewise.
+inline Ref<Layout> extendedLayout(const Ref<Layout>& base, double tempo, std::int64_t numerator,
+                                  std::int64_t denominator, std::int64_t film) {
+  return layout("OrbisExtendedTimecode", 0,
+                {{"+Version", 2}, {"+Tempo", tempo}, {"+TimeSignatureNumerator", numerator},
+                 {"+TimeSignatureDenominator", denominator}, {"+FilmType", film}},
+                {{"d", tempo}, {"i", numerator}, {"i", denominator}, {"i", film}}, base);
+}
+
 // Sequentially a deputy's flags and numbers are integers, and no version stands before them.
 inline Ref<Layout> deputyLayout(const char* name, std::int64_t version, LayoutItems options) {
   LayoutItems sequential;
