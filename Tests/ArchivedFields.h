@@ -2,9 +2,12 @@
 #pragma once
 
 #include "../Framework/QKExtendedTimecode.h"
+#include "../Framework/QKFFTimecodeFormatDeputy.h"
 #include "../Framework/QKHMSTimecodeFormatDeputy.h"
+#include "../Framework/QKMeasuredTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDFramesTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDTimeTimecodeFormatDeputy.h"
+#include "../Framework/QKScrubbableNumberFormatter.h"
 #include "../Framework/QKTimecodeFormatter.h"
 
 #include <string>
@@ -18,7 +21,9 @@ inline constexpr const ClassDescriptor* kArchivedClasses[] = {
     &QKExtendedTimecode::descriptor, &QKSMPTETimecodeFormatDeputy::descriptor,
     &QKHMSTimecodeFormatDeputy::descriptor, &QKOneDVideoTimecodeFormatDeputy::descriptor,
     &QKOneDAudioTimecodeFormatDeputy::descriptor, &QKOneDTimeTimecodeFormatDeputy::descriptor,
-    &_QKTimecodeFormatterDeputyCollection::descriptor, &QKTimecodeFormatter::descriptor};
+    &QKMeasuredTimecodeFormatDeputy::descriptor, &QKFFTimecodeFormatDeputy::descriptor,
+    &_QKTimecodeFormatterDeputyCollection::descriptor, &QKTimecodeFormatter::descriptor, &NumberFormatter::descriptor,
+    &QKScrubbableNumberFormatter::descriptor};
 // clang-format on
 
 // Reads what a video timecode keeps to itself.
@@ -62,6 +67,32 @@ inline std::string fieldsOf(const Ref<Object>& object) {
     return "HMS " + joined({d->secondsDecimalPlaces(), int{d->has24HourRollover()}});
   if (const auto* d = classCast<QKOneDTimeTimecodeFormatDeputy>(o))
     return "seconds " + joined({d->secondsDecimalPlaces()});
+  if (const auto* d = classCast<QKMeasuredTimecodeFormatDeputy>(o)) {
+    return "bars " + joined({d->separator(), int{d->displaysDivisionsAndTicks()}, int{d->isDivisionsFieldDropped()},
+                             d->beatsDecimalPlaces()});
+  }
+  if (const auto* d = classCast<QKFFTimecodeFormatDeputy>(o))
+    return "feet " + joined({d->separator(), int{d->displaysQuarterFrames()}});
+  if (const auto* n = classCast<NumberFormatter>(o)) {
+    const auto bound = [](const std::optional<Number>& number) { return number ? number->description() : "none"; };
+    const auto text = [](const std::optional<std::string>& symbol) { return " " + symbol.value_or("none"); };
+    std::string fields = "digits " +
+                         joined({n->minimumIntegerDigits(), n->maximumIntegerDigits(), n->minimumFractionDigits(),
+                                 n->maximumFractionDigits()}) +
+                         " style " +
+                         joined({int{n->usesGroupingSeparator()}, std::int64_t{n->numberStyle()},
+                                 std::int64_t{n->formatterBehavior()}}) +
+                         " from " + bound(n->minimum()) + " to " + bound(n->maximum()) + text(n->zeroSymbol()) +
+                         text(n->nilSymbol()) + text(n->textForZero()) + " " + n->decimalSeparator() +
+                         n->groupingSeparator() + n->minusSign();
+    if (const auto* s = classCast<QKScrubbableNumberFormatter>(o)) {
+      fields += " scrubbing " +
+                joined({std::int64_t{s->scrubbingType()}, s->fractionDigitsForSingleDigitScrubbingType(),
+                        s->fractionDigitsForWholeNumberScrubbingType(), s->integerDigitsForSingleDigitScrubbingType(),
+                        s->integerDigitsForWholeNumberScrubbingType()});
+    }
+    return fields;
+  }
   const auto* c = classCast<_QKTimecodeFormatterDeputyCollection>(o);
   const auto* f = classCast<QKTimecodeFormatter>(o);
   if (!c && !f) return o->classDescriptor().name;

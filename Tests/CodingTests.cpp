@@ -81,6 +81,12 @@ TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
   formatter.setHMSSecondsDecimalPlaces(7);
   formatter.setHMSHas24HourRollover(true);
   formatter.setODTSecondsDecimalPlaces(1);
+  formatter.setMSeparator(0);
+  formatter.setMDisplaysDivisionsAndTicks(false);
+  formatter.setMIsDivisionsFieldDropped(true);
+  formatter.setMBeatsDecimalPlaces(5);
+  formatter.setFFSeparator(2);
+  formatter.setFFDisplaysQuarterFrames(true);
   for (const char* symbol : {"", "none \xE2\x80\x94", "\xFF"}) {
     formatter.setNilSymbol(symbol);
     for (std::int64_t format = -1; format <= 7; ++format) {
@@ -128,7 +134,7 @@ TEST(Coding, OlderAndOddLayoutsAreReadAsTheyWereMeant) {
       {"empty nil symbol of version 3", formatterLayout({3, kNil, 0, false, kNil, kNil, empty}), "nil none", kSame},
       {"empty nil symbol of version 4", formatterLayout({4, kNil, 0, false, kNil, kNil, empty}), "nil \"\"", kSame},
       {"nothing", formatterLayout({4}), "min none max none nil none prototype mode 6 time 0 1 1 0 custom 0 0 audio 1 0 "
-                                        "entries 0 deputies SMPTE 0 0 1 1 1; HMS 3 0; ", kSame},
+                                        "music 120 4 4 film 1 entries 0 deputies SMPTE 0 0 1 1 1; HMS 3 0; ", kSame},
       {"a dictionary with other numbers", formatterLayout({1, dictionaryOf({{-1, video}, {1, sound}, {2, kNil}, {9, video}})}),
        "1 1; QKOneDAudioTimecodeFormatDeputy; QKOneDVideoTimecodeFormatDeputy; QKOneDAudio", kSame},
       {"keys missing", SMPTE(1), "SMPTE 0 0 0 0 0", kError},

@@ -43,7 +43,10 @@ const std::vector<Golden>& goldens() {
     const auto video = deputyLayout("OrbisOneDVideoTimecodeFormatDeputy", 0, {});
     const auto sound = deputyLayout("OrbisOneDAudioTimecodeFormatDeputy", 0, {});
     const auto time = deputyLayout("OrbisOneDTimeTimecodeFormatDeputy", 0, {{"OTTFSecondsDecimalPlaces", 2}});
-    const auto collection = collectionLayout({SMPTE1, HMS, video, sound, time});
+    const auto music = deputyLayout("OrbisMeasuredTimecodeFormatDeputy", 0, {{"OMTFSeparator", 0}, {"OMTFDisplaysDivisionsAndTicks", kNo},
+                                                                   {"OMTFIsDivisionsFieldDropped", kYes}, {"OMTFBeatsDecimalPlaces", 2}});
+    const auto film = deputyLayout("OrbisFFTimecodeFormatDeputy", 0, {{"OFTFSeparator", 2}, {"OFTFDisplaysQuarterFrames", kYes}});
+    const auto collection = collectionLayout({SMPTE1, HMS, video, sound, time, music, film});
     const auto dictionary = dictionaryOf({{0, SMPTE0}, {1, HMS}, {4, time}});
     const auto formatter = [&](std::int64_t version, const char* nilSymbol) {
       const auto symbol = std::make_shared<TextObject>(nilSymbol);
@@ -53,10 +56,11 @@ const std::vector<Golden>& goldens() {
     const std::string oldText = "mode 5 time -48048 48000 1 0 custom 29.5 48000";
     const std::string nowText = "mode 6 time 8640008640 2400000 1 0 custom 0 0";
     const std::string oldAudioText = oldText + " audio 44100 3", audioText = nowText + " audio 48000 9223372036854775809";
+    const std::string numbers = "digits 2 9 1 3 style 1 1 1040 from -5 to 2.5 zero none 00;0 ";
     const std::string SMPTE = "SMPTE 0 1 0 1 1", oldSMPTE = "SMPTE 1 0 0 1 1", frames = "QKOneDVideoTimecodeFormatDeputy; QKOneDAudioTimecodeFormatDeputy";
-    const std::string rest = "; HMS 4 1; " + frames + "; seconds 2; none; none", deputies = SMPTE + rest;
+    const std::string rest = "; HMS 4 1; " + frames + "; seconds 2; ", deputies = SMPTE + rest + "bars 0 0 1 2; feet 2 1";
     const auto oldFormatter = [&](const std::string& nilAndPrototype) {
-      return "format 2 1 min " + oldText + " max " + oldAudioText + " nil " + nilAndPrototype + " entries 0 deputies " + oldSMPTE + rest;
+      return "format 2 1 min " + oldText + " max " + oldAudioText + " nil " + nilAndPrototype + " entries 0 deputies " + oldSMPTE + rest + "bars 1 1 0 3; feet 1 0";
     };
     const auto newFormatter = [&](const std::string& nil, const std::string& entries) {
       return "format 2 1 min " + nowText + " max " + audioText + " nil " + nil +
@@ -80,9 +84,13 @@ const std::vector<Golden>& goldens() {
         {"video-frames-deputy-0", video, "QKOneDVideoTimecodeFormatDeputy", ""},
         {"audio-frames-deputy-0", sound, "QKOneDAudioTimecodeFormatDeputy", ""},
         {"seconds-deputy-0", time, "seconds 2", ""},
+        {"bars-beats-deputy-0", music, "bars 0 0 1 2", ""},
+        {"feet-frames-deputy-0", film, "feet 2 1", ""},
+        {"number-formatter-0", numbersLayout(), numbers + ";'~", ""},
+        {"scrubbable-number-formatter-0", scrubbableLayout(), numbers + ";'~ scrubbing 1 5 4 3 2", ""},
         {"deputy-collection-0", collection, deputies, ""},
         {"formatter-0", formatter(0, "--"), oldFormatter("\"--\" prototype " + oldText),
-         oldFormatter("none prototype mode 6 time 0 1 1 0 custom 0 0 audio 1 0")},
+         oldFormatter("none prototype mode 6 time 0 1 1 0 custom 0 0 audio 1 0 music 120 4 4 film 1")},
         {"formatter-1", formatter(1, ""), oldFormatter("none prototype " + oldText), ""},
         {"formatter-2", formatter(2, "--"), newFormatter("\"--\"", "0"), ""},
         {"formatter-3", formatter(3, ""), newFormatter("none", "1"), ""},

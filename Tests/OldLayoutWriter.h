@@ -130,6 +130,29 @@ inline Ref<Layout> deputyLayout(const char* name, std::int64_t version, LayoutIt
   return layout(name, version, options, sequential);
 }
 
+// What every number formatter keeps, and what a scrubbable one adds.
+inline Ref<Layout> numbersLayout() {
+  const auto text = [](const char* symbol) { return std::make_shared<TextObject>(symbol); };
+  const Ref<Object> low = std::make_shared<Number>(-5), high = std::make_shared<Number>(2.5), zero = text("zero");
+  const auto separators = [&] { return LayoutItems{{"NFDecimalSeparator", text(";")}, {"NFGroupingSeparator", text("'")}, {"NFMinusSign", text("~")}}; };
+  LayoutItems keyed{{"+Version", 0}, {"NFMinimumIntegerDigits", 2}, {"NFMaximumIntegerDigits", 9}, {"NFMinimumFractionDigits", 1},
+                    {"NFMaximumFractionDigits", 3}, {"NFUsesGroupingSeparator", kYes}, {"NFNumberStyle", 1}, {"NFFormatterBehavior", 1040}};
+  LayoutItems sequential{{"q", 2}, {"q", 9}, {"q", 1}, {"q", 3}, {"i", 1}, {"i", 1}, {"i", 1040}};
+  for (LayoutItems* items : {&keyed, &sequential}) {
+    items->insert(items->end(), {{"NFMinimum", low}, {"NFMaximum", high}, {"NFZeroSymbol", zero}, {"NFNilSymbol", kNil}, {"NFTextForZero", text("00;0")}});
+    for (const LayoutItem& item : separators()) items->push_back(item);
+  }
+  return layout("NumberFormatter", 0, keyed, sequential);
+}
+
+inline Ref<Layout> scrubbableLayout() {
+  return layout("OrbisScrubbableNumberFormatter", 0,
+                {{"OSCNFVersion", 0}, {"OSCNFScrubbingType", 1}, {"OSCNFFractionDigitsForSingleDigitScrubbingType", 5},
+                 {"OSCNFFractionDigitsForWholeNumberScrubbingType", 4}, {"OSCNFIntegerDigitsForSingleDigitScrubbingType", 3},
+                 {"OSCNFIntegerDigitsForWholeNumberScrubbingType", 2}},
+                {{"i", 1}, {"i", 5}, {"i", 4}, {"i", 3}, {"i", 2}}, numbersLayout());
+}
+
 // In the order of the formats; those behind the last are absent.
 inline Ref<Layout> collectionLayout(const std::vector<Ref<Object>>& deputies) {
   LayoutItems items;
