@@ -76,7 +76,7 @@ TEST(QKExtendedTimecodeMaking, TakesTheBasesTimeAndItsOwnFields) {
   for (const Value& v : {at({7, 48}, 90, 6, 8, k3Perf), at({7, 48}, 90.5, 7, 8, k3Perf), at({7, 48}, 90.5, 6, 4, k3Perf), at({7, 48}, 90.5, 6, 8), later, base})
     EXPECT_FALSE(value.isEqual(v) || v.isEqual(value) || value == v) << v;
   value.privateSetDefaultFilmInfo(), value.privateSetDefaultMeasureInfo();
-  EXPECT_TRUE(value.isEqual(at({7, 48})) && value == *copyOf(value));
+  EXPECT_TRUE(value.isEqual(at({7, 48})) && value == *copyOf<QKExtendedTimecode>(value));
   EXPECT_TRUE(protocolCast<QKMeasuredTimecode>(&value) && protocolCast<QKFeetFramesTimecode>(&value) && protocolCast<QKHMSTimecode>(&value));
 }
 
