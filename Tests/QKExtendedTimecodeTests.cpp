@@ -19,8 +19,8 @@ constexpr auto kNoFilm = static_cast<QKFilmType>(12);
 struct Value : QKExtendedTimecode {
   using Base = QKExtendedTimecode;
   using Base::Base, Base::privateBarDuration, Base::privateBeatDuration, Base::privateDivisionDuration;
+  using Base::privateGetZeroBaseBars, Base::privateTimeForBars, Base::setStoredTime, Base::storedTime;
   using Base::privateSetDefaultFilmInfo, Base::privateSetDefaultMeasureInfo, Base::privateTickDuration;
-  using Base::setStoredTime, Base::storedTime;
 };
 
 // In the seconds mode where the timescale is 0.
@@ -114,6 +114,14 @@ TEST(QKExtendedTimecodeMusic, FieldsAreReadSetAddedToAndSubtractedFrom) {
   Value six = at({192000, 48000}, 120, 6, 8);  // a bar of 3 beats
   EXPECT_TRUE(six.privateBarDuration() == 72000 && six.divisionsPerBar() == 24 && six.ticksPerBar() == 5760);
   EXPECT_TRUE(six.privateBeatDuration() == 24000 && six.privateDivisionDuration() == 6000 && six.privateTickDuration() == 25);
+  // What is left below the ticks is kept where they were rounded up, and beats are whole before divisions are read.
+  Value low = at({10, 48000}), high = at({20, 48000}), odd = at({21715, 48000}, 132.7);
+  low.setTicks(0), high.setDivisions(2);
+  EXPECT_TRUE(low.timeValue().value == 0 && high.timeValue().value == 6020 && fieldsOf(odd) == (Fields{0, 2, 1, 1}));
+  Fields f{};
+  Number rest;
+  high.privateGetZeroBaseBars(&f[0], &f[1], &f[2], &f[3], &rest);
+  EXPECT_TRUE(f == (Fields{0, 0, 1, 1}) && rest.int64Value() == -5 && high.privateTimeForBars(0, 0, 1, 1, &rest) == 6020);
   struct Triplets : Value {
     using Value::Value;
     Integer privateDivisionsPerWholeNote() const override { return 12; }
