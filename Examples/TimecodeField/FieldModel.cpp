@@ -19,28 +19,21 @@ namespace {
 
 constexpr std::size_t kLongestEntry = 1000;
 
-// By tag.
-constexpr std::string_view kSegmentNames[] = {"hours", "minutes", "seconds", "frames", "subframes", "quarter frames"};
-
-Ref<QKVideoTimecode> zeroInMode(QKSMPTETimecodeMode mode) {
-  return std::make_shared<QKVideoTimecode>(Number(0), QKTimecodeBestTimeRate, mode);
-}
-
 // What the formatter gave, as a value that this field can have. Amounts that 64 bits of ticks cannot hold end at, or near,
-// the last tick that they can: the field ends halfway there, more than a hundred million hours from zero.
-Ref<QKVideoTimecode> fieldValue(const Ref<Object>& result, std::string* error) {
+// the last tick that they can: the field ends halfway there, more than half a million hours from zero.
+Ref<Timecode> fieldValue(const Ref<Object>& result, std::string* error) {
   constexpr std::int64_t kLastTick = INT64_MAX / 2;
-  const auto* timecode = classCast<QKVideoTimecode>(result.get());
+  const auto* timecode = classCast<Timecode>(result.get());
   if (!timecode) {
     *error = "This field always has a value.";
     return nullptr;
   }
   const MediaTime time = timecode->timeValue();
-  if (!time.isNumeric() || time.value < -kLastTick || time.value > kLastTick) {
+  if (!time.isNumeric() || time.timescale <= 0 || time.value < -kLastTick || time.value > kLastTick) {
     *error = "Out of range.";
     return nullptr;
   }
-  return std::static_pointer_cast<QKVideoTimecode>(result);
+  return std::static_pointer_cast<Timecode>(result);
 }
 
 // Reads an entry over the formatter's current timecode. Parsing passes over what it cannot read behind the last field;
@@ -50,8 +43,6 @@ bool parse(QKTimecodeFormatter& formatter, std::string_view entry, Ref<Object>* 
   return formatter.getObjectValue(result, entry, error) && formatter.isPartialStringValid(entry, nullptr, error);
 }
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-
 }  // namespace
 
 std::string firstLine(std::string_view text) {
@@ -60,13 +51,34 @@ std::string firstLine(std::string_view text) {
   return line;
 }
 
-FieldModel::FieldModel(const Settings& settings) : value_(zeroInMode(settings.mode)) {
-  formatter_.setDefaultObjectPrototype(zeroInMode(settings.mode));
-  formatter_.setSMPTEStringInterpretation(settings.interpretation);
-  formatter_.setAllowsNegative(settings.negatives);
-  formatter_.setSMPTEHas24HourRollover(settings.rollover);
-  showFrameDivision(settings.subframes, settings.quarterFrames);
-  tag_ = formatter_.defaultSelectedSegmentTagInObjectValue(value_.get());
+FieldModel::FieldModel()
+    : value_(std::make_shared<Timecode>(Number(0), QKTimecodeBestTimeRate, QKSMPTETimecodeMode_2997Drop, 48000)) {
+  formatter_.setDefaultObjectPrototype(zero());
+  formatter_.setHMSHas24HourRollover(true);  // as the SMPTE format has it
+  changeFormat(QKTimecodeFormatSMPTE);
+}
+
+bool FieldModel::restore(const Ref<Timecode>& value, const QKTimecodeFormatter& formatter) {
+  return attempt([&](std::string* error) {
+    const auto isSound = [&](const Ref<Object>& object) {
+      const auto timecode = fieldValue(object, error);
+      return timecode && timecodeModeRow(timecode->timecodeMode()) && timecode->audioFrameRate() > 0 &&
+             (formatter.allowsNegative() || !timecode->isNegative());
+    };
+    const auto minimum = formatter.minimum(), maximum = formatter.maximum();
+    bool works = isSound(value) && (!minimum || isSound(minimum)) && (!maximum || isSound(maximum)) &&
+                 static_cast<std::uint64_t>(formatter.timecodeFormat()) < std::size(kRows);
+    for (const Row& row : kRows) works = works && formatter.deputyForFormat(row.format);
+    if (!works) {
+      *error = "No field can have that value with those settings.";
+      return false;
+    }
+    value_ = value;
+    formatter_ = formatter;
+    formatter_.setDefaultObjectPrototype(zero());
+    changeFormat(formatter.timecodeFormat());
+    return true;
+  });
 }
 
 // Runs something that can fail. Where the state of a value breaks a contract of the library, that is a failure too.
@@ -74,13 +86,17 @@ bool FieldModel::attempt(const Operation& operation) {
   std::string error;
   try {
     if (operation(&error)) {
-      message_ = {};
+      clearMessage();
       return true;
     }
   } catch (const InternalInconsistencyFailure& failure) {
     error = failure.what();
   }
-  message_ = {firstLine(error), true};
+  return fail(firstLine(error));
+}
+
+bool FieldModel::fail(std::string_view text) {
+  message_ = {std::string(text), true};
   return false;
 }
 
@@ -90,154 +106,55 @@ bool FieldModel::accept(const Ref<Object>& result, std::string* error) {
   return value != nullptr;
 }
 
-// ---- Settings ----
-
-Settings FieldModel::settings() const {
-  return {.mode = value_->timecodeMode(),
-          .interpretation = formatter_.SMPTEStringInterpretation(),
-          .negatives = formatter_.allowsNegative(),
-          .subframes = formatter_.SMPTEDisplaysSubframes(),
-          .quarterFrames = formatter_.SMPTEDisplaysQuarterFrames(),
-          .rollover = formatter_.SMPTEHas24HourRollover()};
+// Changes the value, both bounds and the prototype alike. Where one of them cannot follow, nothing changes.
+bool FieldModel::convert(const Conversion& conversion) {
+  return attempt([&](std::string* error) {
+    const auto converted = [&](const Ref<Object>& object) -> Ref<Timecode> {
+      auto* timecode = classCast<Timecode>(object.get());
+      return timecode ? fieldValue(conversion(*timecode), error) : nullptr;
+    };
+    const auto value = converted(value_);
+    const auto minimum = converted(formatter_.minimum());
+    const auto maximum = converted(formatter_.maximum());
+    if (!error->empty()) return false;
+    value_ = value;
+    formatter_.setMinimum(nullptr);
+    formatter_.setMaximum(maximum.get());
+    formatter_.setMinimum(minimum.get());
+    formatter_.setDefaultObjectPrototype(zero());
+    return true;
+  });
 }
 
-bool FieldModel::setMode(QKSMPTETimecodeMode mode) {
-  const auto inMode = [&](const Ref<Object>& object) {
-    auto* timecode = classCast<QKVideoTimecode>(object.get());
-    return timecode ? timecode->timecodePreservingSMPTEWithMode(mode) : nullptr;
-  };
-  return confirm() && attempt([&](std::string* error) {
-           if (!accept(inMode(value_), error)) return false;
-           const auto minimum = inMode(formatter_.minimum());
-           const auto maximum = inMode(formatter_.maximum());
-           formatter_.setMinimum(nullptr);
-           formatter_.setMaximum(maximum.get());
-           formatter_.setMinimum(minimum.get());
-           formatter_.setDefaultObjectPrototype(zeroInMode(mode));
-           return true;
-         });
+Ref<Timecode> FieldModel::zero() const {
+  const auto zero = copyOf(*value_);
+  zero->clearTimecode();
+  return zero;
 }
 
-bool FieldModel::cycleMode(std::int64_t count) {
-  const auto modes = static_cast<std::int64_t>(std::size(kTimecodeModeTable));
-  const std::int64_t next = (value_->timecodeMode() + count % modes + modes) % modes;
-  return setMode(static_cast<QKSMPTETimecodeMode>(next));
-}
-
-void FieldModel::toggleInterpretation() {
-  const bool preserving = formatter_.SMPTEStringInterpretation() == OrbSMPTEStringInterpretationPreservingUpper;
-  formatter_.setSMPTEStringInterpretation(preserving ? OrbSMPTEStringInterpretationDiscardingUpper
-                                                     : OrbSMPTEStringInterpretationPreservingUpper);
-  clearMessage();
-}
-
-bool FieldModel::toggleNegatives() {
-  if (!confirm()) return false;
-  if (value_->isNegative()) {
-    message_ = {"The value is negative: negatives stay on.", true};
-    return false;
-  }
-  formatter_.setAllowsNegative(!formatter_.allowsNegative());
-  return true;
-}
-
-void FieldModel::toggleSubframes() {
-  if (confirm()) showFrameDivision(!formatter_.SMPTEDisplaysSubframes(), false);
-}
-
-void FieldModel::toggleQuarterFrames() {
-  if (confirm()) showFrameDivision(false, !formatter_.SMPTEDisplaysQuarterFrames());
-}
-
-void FieldModel::toggleRollover() {
-  if (confirm()) formatter_.setSMPTEHas24HourRollover(!formatter_.SMPTEHas24HourRollover());
-}
-
-void FieldModel::showFrameDivision(bool subframes, bool quarterFrames) {
-  formatter_.setSMPTEDisplaysSubframes(subframes);
-  formatter_.setSMPTEDisplaysQuarterFrames(quarterFrames);
-  keepSelectionVisible();
-}
-
-bool FieldModel::parseBound(std::string_view entry, Ref<QKVideoTimecode>* bound) {
+// Reads an entry over a value, without bounds.
+bool FieldModel::read(std::string_view entry, const Timecode& start, Ref<Timecode>* result) {
   QKTimecodeFormatter plain(formatter_);
   plain.setMinimum(nullptr);
   plain.setMaximum(nullptr);
   plain.setAllowsNegative(true);
-  plain.setCurrentTimecode(zeroInMode(value_->timecodeMode()));
+  plain.setCurrentTimecode(copyOf(start));
   return attempt([&](std::string* error) {
-    Ref<Object> result;
-    if (!parse(plain, entry, &result, error)) return false;
-    *bound = fieldValue(result, error);
-    if (*bound && (*bound)->isNegative() && !formatter_.allowsNegative()) {
-      *error = "Negatives are off.";
-    }
+    Ref<Object> object;
+    if (!parse(plain, entry, &object, error)) return false;
+    *result = fieldValue(object, error);
+    if (*result && (*result)->isNegative() && !formatter_.allowsNegative()) *error = "Negatives are off.";
     return error->empty();
   });
 }
 
-bool FieldModel::setMinimum(std::string_view entry) {
-  Ref<QKVideoTimecode> bound;
-  if (!parseBound(entry, &bound)) return false;
-  const auto maximum = formatter_.maximum();
-  if (maximum && bound->compare(*maximum) > 0) {
-    message_ = {"The minimum is above the maximum.", true};
-    return false;
-  }
-  formatter_.setMinimum(bound.get());
-  return true;
-}
-
-bool FieldModel::setMaximum(std::string_view entry) {
-  Ref<QKVideoTimecode> bound;
-  if (!parseBound(entry, &bound)) return false;
-  const auto minimum = formatter_.minimum();
-  if (minimum && bound->compare(*minimum) < 0) {
-    message_ = {"The maximum is below the minimum.", true};
-    return false;
-  }
-  formatter_.setMaximum(bound.get());
-  return true;
-}
-
-void FieldModel::toggleMinimum() {
-  if (confirm()) formatter_.setMinimum(formatter_.minimum() ? nullptr : value_.get());
-}
-
-void FieldModel::toggleMaximum() {
-  if (confirm()) formatter_.setMaximum(formatter_.maximum() ? nullptr : value_.get());
-}
-
-// Without rollover the formatter holds to 99 hours as well as to the bounds it was given. It is asked where it stops: at
-// the end of an entry that is far too large.
-std::string FieldModel::range() const {
-  QKTimecodeFormatter formatter(formatter_);
-  formatter.setSMPTEHas24HourRollover(false);  // shows hours past 24
-  Ref<Object> minimum = formatter_.minimum();
-  Ref<Object> maximum = formatter_.maximum();
-  if (!minimum && !formatter_.allowsNegative()) minimum = zeroInMode(value_->timecodeMode());
-  if (!formatter_.SMPTEHas24HourRollover()) {
-    const auto reach = [&](std::string_view entry, Ref<Object>* end) {
-      formatter.setCurrentTimecode(zeroInMode(value_->timecodeMode()));
-      formatter.getObjectValue(end, entry, nullptr);
-    };
-    reach("-1000:00:00:00", &minimum);
-    reach("+1000:00:00:00", &maximum);
-  }
-  const auto text = [&](Object* end) { return formatter.stringForObjectValue(end).value_or(""); };
-  if (minimum && maximum) return "from " + text(minimum.get()) + " to " + text(maximum.get());
-  if (minimum) return "from " + text(minimum.get()) + " up";
-  if (maximum) return "up to " + text(maximum.get());
-  return "no limits";
-}
-
 // ---- Value ----
 
-std::string FieldModel::label() const {
+std::string FieldModel::text(QKTimecodeFormat format) const {
   try {
-    return formatter_.stringForObjectValue(value_.get()).value_or("");
+    return formatter_.deputyForFormat(format)->stringForObjectValue(value_.get(), formatter_);
   } catch (const InternalInconsistencyFailure& failure) {
-    return "(" + firstLine(failure.what()) + ")";
+    return "error: " + firstLine(failure.what());
   }
 }
 
@@ -272,9 +189,9 @@ bool FieldModel::takeEntry(std::string_view entry) {
   });
 }
 
-bool FieldModel::takeFirstEntry(std::string_view entry) {
-  Ref<QKVideoTimecode> ignored;
-  return parseBound(entry, &ignored) && takeEntry(entry);
+bool FieldModel::setValue(std::string_view entry) {
+  Ref<Timecode> ignored;
+  return read(entry, *value_, &ignored) && takeEntry(entry);
 }
 
 // ---- Segments ----
@@ -284,17 +201,25 @@ std::int64_t FieldModel::segmentCount() const { return formatter_.segmentCountIn
 std::int64_t FieldModel::selectedIndex() const { return formatter_.segmentIndexForTag(tag_, value_.get()); }
 
 void FieldModel::keepSelectionVisible() {
-  if (selectedIndex() < 0 || selectedIndex() >= segmentCount()) {
-    tag_ = formatter_.defaultSelectedSegmentTagInObjectValue(value_.get());
-  }
+  attempt([&](std::string*) {
+    const std::int64_t index = selectedIndex();
+    if (index < 0 || index >= segmentCount()) tag_ = formatter_.defaultSelectedSegmentTagInObjectValue(value_.get());
+    return true;
+  });
 }
 
 FieldText FieldModel::shown() const {
-  FieldText field{label(), formatter_.substringRangeForSegmentWithTag(tag_, value_.get())};
-  // Of a field with three frame digits every range has three characters, a separator among them.
+  FieldText field{text(), {}};
+  try {
+    field.selected = formatter_.substringRangeForSegmentWithTag(tag_, value_.get());
+  } catch (const InternalInconsistencyFailure&) {
+    return field;  // its text says what is wrong
+  }
+  // Of an SMPTE field with three frame digits every range has three characters, a separator among them.
   std::string_view segment = substring(field.text, field.selected);
-  while (!segment.empty() && !isDigit(segment.back())) segment.remove_suffix(1);
-  while (!segment.empty() && !isDigit(segment.front()) && segment.front() != '-') {
+  constexpr std::string_view kSeparators = ":;./";
+  while (!segment.empty() && kSeparators.find(segment.back()) != std::string_view::npos) segment.remove_suffix(1);
+  while (!segment.empty() && kSeparators.find(segment.front()) != std::string_view::npos) {
     segment.remove_prefix(1);
     ++field.selected.location;
   }
@@ -312,46 +237,56 @@ FieldText FieldModel::shown() const {
 }
 
 std::string_view FieldModel::selectedName() const {
-  return tag_ >= 0 && tag_ < std::ssize(kSegmentNames) ? kSegmentNames[tag_] : "";
+  const auto& names = kRows[formatter_.timecodeFormat()].segments;
+  if (tag_ < 0) return "decimals";
+  return tag_ < std::ssize(names) ? names[tag_] : "";
 }
 
-bool FieldModel::select(std::int64_t index) {
-  if (!confirm()) return false;
-  tag_ = formatter_.segmentTagForIndex(index, value_.get());
-  return true;
+// The index is asked for where it may fail.
+bool FieldModel::select(const std::function<std::int64_t()>& index) {
+  return attempt([&](std::string*) {
+    tag_ = formatter_.segmentTagForIndex(index(), value_.get());
+    return true;
+  });
 }
 
 bool FieldModel::selectBy(std::int64_t count) {
-  return select(std::clamp<std::int64_t>(selectedIndex() + count, 0, segmentCount() - 1));
+  return select([&] { return std::clamp<std::int64_t>(selectedIndex() + count, 0, segmentCount() - 1); });
 }
 
-bool FieldModel::selectInRoundBy(std::int64_t count) {
-  const std::int64_t segments = segmentCount();
-  return select((selectedIndex() + count % segments + segments) % segments);
+bool FieldModel::selectFirst() {
+  return select([] { return 0; });
 }
 
-bool FieldModel::selectFirst() { return select(0); }
-
-bool FieldModel::selectLast() { return select(segmentCount() - 1); }
+bool FieldModel::selectLast() {
+  return select([&] { return segmentCount() - 1; });
+}
 
 bool FieldModel::step(std::int64_t count) {
-  return confirm() && attempt([&](std::string* error) {
-           Ref<Object> result;
-           formatter_.getObjectValueIncrementingSegmentWithTag(&result, tag_, count, value_.get());
-           return accept(result, error);
-         });
+  return attempt([&](std::string* error) {
+    Ref<Object> result;
+    formatter_.getObjectValueIncrementingSegmentWithTag(&result, tag_, count, value_.get());
+    return accept(result, error);
+  });
 }
 
-bool FieldModel::zeroSegment() { return confirm() && setSegment("0", *value_); }
+bool FieldModel::zeroSegment() { return setSegment("0", *value_); }
 
 // ---- Typing ----
 
+const FieldModel::Purpose FieldModel::kEntry{"entry", &FieldModel::takeEntry};
+const FieldModel::Purpose FieldModel::kAudioRate{"audio rate", &FieldModel::setAudioRate};
+
 bool FieldModel::segmentTakes(const std::string& text) {
-  const auto* formatter = formatter_.formatterForSegmentTag(tag_, value_.get());
-  return formatter && formatter->isPartialStringValid(text, nullptr, nullptr);
+  try {
+    const auto* formatter = formatter_.formatterForSegmentTag(tag_, value_.get());
+    return formatter && formatter->isPartialStringValid(text, nullptr, nullptr);
+  } catch (const InternalInconsistencyFailure&) {
+    return false;  // as a whole entry it may still replace such a value
+  }
 }
 
-bool FieldModel::setSegment(const std::string& text, const QKVideoTimecode& start) {
+bool FieldModel::setSegment(const std::string& text, const Timecode& start) {
   return attempt([&](std::string* error) {
     Ref<Object> result;
     const auto edited = copyOf(start);  // typing into a segment changes the value it is given
@@ -393,7 +328,7 @@ bool FieldModel::typeIntoSegment(char character) {
 
 void FieldModel::typeIntoEntry(char character) {
   if (typed_.size() >= kLongestEntry) {
-    message_ = {"No entry is longer than that.", true};
+    fail("No entry is longer than that.");
     return;
   }
   typed_.insert(cursor_++, 1, character);
@@ -403,15 +338,15 @@ void FieldModel::typeIntoEntry(char character) {
 // What an editor would refuse to take is only remarked on, so that nothing typed or pasted gets lost.
 void FieldModel::remarkOnEntry() {
   clearMessage();
+  if (purpose_ != &kEntry) return;
   std::string error;
   if (!formatter_.isPartialStringValid(typed_, nullptr, &error)) message_ = {error, !error.empty()};
 }
 
-bool FieldModel::openEntry() {
-  if (!confirm()) return false;
+void FieldModel::openEntry(const Purpose& purpose) {
   typing_ = Typing::Entry;
+  purpose_ = &purpose;
   untypedValue_ = value_;
-  return true;
 }
 
 bool FieldModel::confirm() {
@@ -422,7 +357,7 @@ bool FieldModel::confirm() {
       if (!segmentIsSet_ && !setSegment(typed_, *untypedValue_)) return false;
       break;
     case Typing::Entry:
-      if (typed_.find_first_not_of(' ') != std::string::npos && !takeEntry(typed_)) return false;
+      if (typed_.find_first_not_of(' ') != std::string::npos && !(this->*purpose_->take)(typed_)) return false;
       break;
   }
   endTyping();
@@ -438,6 +373,7 @@ void FieldModel::giveUp() {
 
 void FieldModel::endTyping() {
   typing_ = Typing::Nothing;
+  purpose_ = &kEntry;
   typed_.clear();
   cursor_ = 0;
   segmentIsSet_ = false;

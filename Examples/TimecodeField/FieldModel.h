@@ -1,30 +1,41 @@
-// FieldModel: one editable SMPTE field as a field editor keeps it: a formatter, the value that it shows, the segment that
-// is selected, and what has been typed but not been taken yet.
+// FieldModel: one timecode that is shown in several formats, a row each, and edited in one of them, as a field editor
+// keeps it: a formatter, the value, the segment that is selected, and what has been typed but not been taken yet.
 //
 // - It reads no keys and draws nothing.
-// - Everything about the notation is asked of the formatter: segments, places in the text, what may be typed, steps.
-// - What fails leaves the value, the selection and the typed text as they are, and says why in message().
+// - Everything about a notation is asked of the formatter: segments, places in the text, what may be typed, steps.
+// - The row being edited is the formatter's format. The other rows show the same value through their formats' deputies.
+// - What fails leaves the value, the settings, the selection and the typed text as they are, and says why in message().
 //
 // Rooms: Settings; Value; Segments; Typing; Storage.
 #pragma once
 
+#include "Framework/QKTimecode.h"
 #include "Framework/QKTimecodeFormatter.h"
-#include "Framework/QKVideoTimecode.h"
 
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <string_view>
 
 namespace field {
 
-struct Settings {
-  quill::QKSMPTETimecodeMode mode = quill::QKSMPTETimecodeMode_2997Drop;
-  quill::OrbSMPTEStringInterpretation interpretation = quill::OrbSMPTEStringInterpretationPreservingUpper;
-  bool negatives = false;
-  bool subframes = false;  // not together with quarterFrames
-  bool quarterFrames = false;
-  bool rollover = true;
+// The class of value that all rows can show.
+using Timecode = quill::QKTimecode;
+
+struct Row {
+  quill::QKTimecodeFormat format;
+  std::string_view name;
+  std::string_view segments[7];  // their names, by tag
+};
+
+// Row i is format i.
+inline constexpr Row kRows[] = {
+    {quill::QKTimecodeFormatSMPTE, "smpte", {"hours", "minutes", "seconds", "frames", "subframes", "quarter frames"}},
+    {quill::QKTimecodeFormatHMS, "hms", {"hours", "minutes", "seconds", "fraction"}},
+    {quill::QKTimecodeFormatVideoFrames, "frames", {"frames", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatAudioFrames, "samples", {"samples", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatSeconds, "seconds", {"seconds", "thousands", "millions", "billions"}},
 };
 
 struct Message {
@@ -32,7 +43,7 @@ struct Message {
   bool isError = false;
 };
 
-// The field as drawn: its text, and which characters of it are the selected segment.
+// The row being edited as it is drawn: its text, and which characters of it are the selected segment.
 struct FieldText {
   std::string text;
   quill::Range selected;
@@ -41,67 +52,92 @@ struct FieldText {
 // The first line of a text for people, without control characters.
 std::string firstLine(std::string_view text);
 
+// "23.976 duration", ..., in the order of the table.
+std::string modeList(std::string_view separator);
+
 class FieldModel {
  public:
-  // Zero, the formatter's default segment selected.
-  explicit FieldModel(const Settings& settings);
+  // Zero at 29.97 drop-frame and 48000 audio frames a second, as SMPTE with 24-hour rollover.
+  FieldModel();
   FieldModel(const FieldModel&) = delete;
   FieldModel& operator=(const FieldModel&) = delete;
+
+  // Takes a value and a formatter as another field had them. Fails for those that no field can have.
+  bool restore(const quill::Ref<Timecode>& value, const quill::QKTimecodeFormatter& formatter);
+
+  const Timecode& value() const { return *value_; }
+  const quill::QKTimecodeFormatter& formatter() const { return formatter_; }
 
   // What the last operation had to say; empty after one that went well without a word.
   const Message& message() const { return message_; }
   void clearMessage() { message_ = {}; }
 
   // ---- Settings ----
+  //
+  // By texts, as a command line or an entry has them; switches are "on" or "off".
 
-  Settings settings() const;
+  bool setFormat(std::string_view name);
   // The label stays: hours, minutes, seconds, frames and subframes, of the value and of both bounds.
-  bool setMode(quill::QKSMPTETimecodeMode mode);
-  // So many modes further in the table of the nineteen, round and round.
-  bool cycleMode(std::int64_t count);
-  void toggleInterpretation();
+  bool setMode(std::string_view name);
+  // Audio frames a second.
+  bool setAudioRate(std::string_view rate);
+  // Decimal places of the formats that have them, 0 to 9.
+  bool setDecimals(std::string_view places);
+  // "preserving" or "discarding".
+  bool setInterpretation(std::string_view rule);
   // A negative value keeps negatives on.
-  bool toggleNegatives();
+  bool setNegatives(std::string_view state);
   // Each switches the other one off.
+  bool setSubframes(std::string_view state);
+  bool setQuarterFrames(std::string_view state);
+  bool setRollover(std::string_view state);
+  // A bound is an entry, read as if typed over zero; it brings the value within. Fails also for a negative one while
+  // negatives are off, and for a minimum above the maximum.
+  bool setMinimum(std::string_view entry);
+  bool setMaximum(std::string_view entry);
+
+  // So many rows or modes further, round and round.
+  bool cycleFormat(std::int64_t count);
+  bool cycleMode(std::int64_t count);
+  // So many decimal places more, within 0 and 9.
+  void addDecimals(std::int64_t count);
+  void toggleInterpretation();
+  bool toggleNegatives();
   void toggleSubframes();
   void toggleQuarterFrames();
   void toggleRollover();
-
-  // A bound as an entry, read as if typed over zero. Fails also for a negative one while negatives are off, and for a
-  // minimum above the maximum.
-  bool setMinimum(std::string_view entry);
-  bool setMaximum(std::string_view entry);
   // The present value as a bound, or none where there is one.
   void toggleMinimum();
   void toggleMaximum();
-  // "from 00:00:00;00 to 99:59:59;29", "from ... up", "up to ...", "no limits".
+
+  // "from 00:00:00;00 to 99:59:59;29", "from ... up", "up to ...", "no limits", in the format being edited.
   std::string range() const;
 
   // ---- Value ----
 
-  // "-01:00:12;04"
-  std::string label() const;
-  // Whole frames, toward zero: "-107892".
+  // In a format: "-01:00:12;04"; "error: ..." where the value has no text in it.
+  std::string text(quill::QKTimecodeFormat format) const;
+  // In the format being edited.
+  std::string text() const { return text(formatter_.timecodeFormat()); }
+  // Whole video frames, toward zero: "-107892".
   std::string frames() const;
-  // With seven places, which tell apart two ticks of any mode: "-3599.9964000".
+  // With seven places: "-3599.9964000".
   std::string seconds() const;
 
   // Takes a whole entry.
   bool takeEntry(std::string_view entry);
-  // The same for a first value: a negative entry fails while negatives are off.
-  bool takeFirstEntry(std::string_view entry);
+  // The same, but a negative result fails while negatives are off instead of becoming zero.
+  bool setValue(std::string_view entry);
 
   // ---- Segments ----
 
-  // The label with what is being typed in its place: "01:00:12;1_".
+  // The text with what is being typed in its place: "01:00:12;1_".
   FieldText shown() const;
   // "frames"
   std::string_view selectedName() const;
 
-  // Each first takes what was typed, and stays where that fails. To the left and right it stops at the ends, in a round
-  // it goes on at the other end.
+  // To the left and right; stops at the ends.
   bool selectBy(std::int64_t count);
-  bool selectInRoundBy(std::int64_t count);
   bool selectFirst();
   bool selectLast();
   bool step(std::int64_t count);
@@ -112,10 +148,20 @@ class FieldModel {
   // Characters go to the selected segment as long as its formatter can make something of them. The segment is set at
   // once when it is full, else when it is left. A character too many, a sign or a separator that the segment does not
   // take turns what was typed into a whole entry, which is taken with confirm().
+  //
+  // Whoever changes a setting, selects or steps calls confirm() first.
 
   enum class Typing : std::uint8_t { Nothing, Segment, Entry };
 
+  // What an open entry is for.
+  struct Purpose {
+    std::string_view name;
+    bool (FieldModel::*take)(std::string_view entry);
+  };
+  static const Purpose kEntry, kAudioRate;
+
   Typing typing() const { return typing_; }
+  const Purpose& purpose() const { return *purpose_; }
   // What was typed, and the place in it where the next character goes.
   const std::string& typed() const { return typed_; }
   std::size_t cursor() const { return cursor_; }
@@ -124,7 +170,7 @@ class FieldModel {
   // and remarks on.
   bool type(char character);
   // Opens an empty entry.
-  bool openEntry();
+  void openEntry(const Purpose& purpose);
   // Takes what was typed. An entry that fails stays open; an empty one just closes.
   bool confirm();
   // Forgets what was typed, and what it has already set.
@@ -137,17 +183,24 @@ class FieldModel {
 
  private:
   using Operation = std::function<bool(std::string* error)>;
+  using Conversion = std::function<quill::Ref<quill::Object>(Timecode& timecode)>;
 
   bool attempt(const Operation& operation);
+  bool fail(std::string_view text);
   bool accept(const quill::Ref<quill::Object>& result, std::string* error);
-  bool parseBound(std::string_view entry, quill::Ref<quill::QKVideoTimecode>* bound);
-  bool select(std::int64_t index);
-  std::int64_t selectedIndex() const;
-  std::int64_t segmentCount() const;
-  void keepSelectionVisible();
+  bool convert(const Conversion& conversion);
+  void changeFormat(quill::QKTimecodeFormat format);
+  bool changeMode(quill::QKSMPTETimecodeMode mode);
   void showFrameDivision(bool subframes, bool quarterFrames);
+  bool setSwitch(std::string_view state, const std::function<void(bool isOn)>& set);
+  void keepSelectionVisible();
+  bool read(std::string_view entry, const Timecode& start, quill::Ref<Timecode>* result);
+  quill::Ref<Timecode> zero() const;
+  std::int64_t segmentCount() const;
+  std::int64_t selectedIndex() const;
+  bool select(const std::function<std::int64_t()>& index);
   bool segmentTakes(const std::string& text);
-  bool setSegment(const std::string& text, const quill::QKVideoTimecode& start);
+  bool setSegment(const std::string& text, const Timecode& start);
   bool typeIntoSegment(char character);
   void typeIntoEntry(char character);
   void remarkOnEntry();
@@ -156,14 +209,15 @@ class FieldModel {
   // ---- Storage ----
 
   quill::QKTimecodeFormatter formatter_;
-  quill::Ref<quill::QKVideoTimecode> value_;
+  quill::Ref<Timecode> value_;
   std::int64_t tag_ = 0;  // of the selected segment
   Message message_;
   Typing typing_ = Typing::Nothing;
+  const Purpose* purpose_ = &kEntry;
   std::string typed_;
-  std::size_t cursor_ = 0;                           // in [0, typed_.size()]
-  bool segmentIsSet_ = false;                        // typed_ is in value_ already
-  quill::Ref<quill::QKVideoTimecode> untypedValue_;  // value_ before the typing
+  std::size_t cursor_ = 0;             // in [0, typed_.size()]
+  bool segmentIsSet_ = false;          // typed_ is in value_ already
+  quill::Ref<Timecode> untypedValue_;  // value_ before the typing
 };
 
 }  // namespace field

@@ -3,6 +3,7 @@
 
 #include "FieldModel.h"
 
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,10 +15,9 @@ struct Options {
   enum class Action : std::uint8_t { Run, Help, Version, ListModes };
 
   Action action = Action::Run;
-  Settings settings;
-  std::optional<std::string> value;
-  std::optional<std::string> minimum;
-  std::optional<std::string> maximum;
+  std::map<std::string_view, std::string> field;  // what is asked of the field: texts by option, "--mode"
+  std::optional<std::string> load;                // a file's name
+  std::optional<std::string> save;
   bool strict = false;
 };
 
@@ -25,11 +25,9 @@ struct Options {
 // list of modes end the reading.
 bool parseOptions(std::span<const std::string_view> arguments, Options* options, std::string* error);
 
-// Gives a new field the bounds and the first value asked for. False with a sentence that says what is wrong.
+// Gives a field the settings, the bounds and the value asked for; the others it keeps. False with a sentence that says
+// what is wrong.
 bool prepareField(const Options& options, FieldModel* model, std::string* error);
-
-// "23.976 duration", ..., in the order of the table.
-std::string modeList(std::string_view separator);
 
 extern const std::string_view kHelp;
 

@@ -37,7 +37,7 @@ std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& in
     if (entry.find_first_not_of(" \t") == std::string::npos) continue;
     std::string line = printable(entry) + "  ->  ";
     if (model.takeEntry(entry)) {
-      line += model.label() + "  frame " + model.frames() + "  " + model.seconds() + " s\n";
+      line += model.text() + "  frame " + model.frames() + "  " + model.seconds() + " s\n";
     } else {
       line += "error: " + model.message().text + '\n';
       ++failures;

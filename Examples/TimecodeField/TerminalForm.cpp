@@ -1,5 +1,7 @@
 #include "TerminalForm.h"
 
+#include "FieldFile.h"
+
 #include "Platform/Reports.h"
 
 #include <algorithm>
@@ -18,23 +20,24 @@ constexpr struct {
   std::string_view keys;
   std::string_view meaning;
 } kKeys[] = {
-    {"Left Right Tab", "segment"},
+    {"Left Right", "segment"},
     {"Up Down", "step"},
     {"PgUp PgDn", "ten steps"},
+    {"Tab", "next format"},
     {"0-9", "type"},
     {"+ - :", "whole entry"},
     {"Enter", "take it, or start one"},
     {"Esc", "give up"},
     {"Del", "zero"},
     {"m M", "mode"},
-    {"s", "subframes"},
-    {"f", "quarter frames"},
-    {"n", "negatives"},
-    {"r", "rollover"},
+    {"a", "audio rate"},
+    {"d D", "decimals more, fewer"},
+    {"s f", "subframes, quarters"},
+    {"n r", "negatives, rollover"},
     {"i", "interpretation"},
     {"[ ]", "minimum, maximum here"},
-    {"?", "all keys"},
-    {"q", "quit"},
+    {"w", "save"},
+    {"? q", "all keys, quit"},
 };
 
 // The keys in two columns, or, where there is no room for that, one after the other.
@@ -65,24 +68,35 @@ std::vector<std::string> keyLines(std::size_t columns, std::size_t rows) {
   return lines;
 }
 
-ScreenLine fieldLine(const FieldText& field) {
-  return {.text = "  " + field.text, .marked = {field.selected.location + 2, field.selected.length}, .isBold = true};
+// Room for the names of the formats at the left, in a window that has it.
+std::size_t nameWidth(std::size_t columns) { return columns < 30 ? 0 : 9; }
+
+// One format of the value; the one being edited is bold, its selected segment in reverse.
+ScreenLine rowLine(const FieldModel& model, const Row& row, std::size_t columns) {
+  std::string text = "  ";
+  if (nameWidth(columns) > 0) text += row.name;
+  text.resize(2 + nameWidth(columns), ' ');
+  if (row.format != model.formatter().timecodeFormat()) return {.text = text + model.text(row.format)};
+  const FieldText field = model.shown();
+  return {.text = text + field.text,
+          .marked = {text.size() + field.selected.location, field.selected.length},
+          .isBold = true};
 }
 
-// Below the field: which segment is selected, for eyes and terminals that do not see it in reverse.
-ScreenLine markerLine(const FieldModel& model, const FieldText& field) {
-  std::string text(static_cast<std::size_t>(field.selected.location) + 2, ' ');
-  text.append(static_cast<std::size_t>(field.selected.length), '^');
+// Below it: which segment is selected, for eyes and terminals that do not see it in reverse.
+ScreenLine markerLine(const FieldModel& model, std::size_t columns) {
+  const quill::Range selected = model.shown().selected;
+  std::string text(2 + nameWidth(columns) + static_cast<std::size_t>(selected.location), ' ');
+  text.append(static_cast<std::size_t>(selected.length), '^');
   return {.text = text.append(" ").append(model.selectedName())};
 }
 
-// The entry and its cursor; of a long one, the part around it.
+// Or what is being entered, and its cursor; of a long one, the part around it.
 ScreenLine entryLine(const FieldModel& model, std::size_t columns) {
-  constexpr std::string_view kPrompt = "  entry: ";
-  const std::size_t room = std::max<std::size_t>(columns, kPrompt.size() + 2) - kPrompt.size();
+  const std::string prompt = "  " + std::string(model.purpose().name) + ": ";
+  const std::size_t room = std::max(columns, prompt.size() + 2) - prompt.size();
   const std::size_t start = model.cursor() < room ? 0 : model.cursor() - room + 1;
-  return {.text = std::string(kPrompt) + model.typed().substr(start) + ' ',
-          .marked = {kPrompt.size() + model.cursor() - start, 1}};
+  return {.text = prompt + model.typed().substr(start) + ' ', .marked = {prompt.size() + model.cursor() - start, 1}};
 }
 
 ScreenLine messageLine(const FieldModel& model, const FormState& state) {
@@ -91,11 +105,21 @@ ScreenLine messageLine(const FieldModel& model, const FormState& state) {
   return {.text = (message.isError ? "  error: " : "  ") + message.text, .isBold = message.isError};
 }
 
-std::string settingsText(const Settings& settings) {
-  std::string text(timecodeModeShortName(settings.mode));
-  text += settings.interpretation == OrbSMPTEStringInterpretationDiscardingUpper ? "  discarding" : "  preserving";
-  text += settings.rollover ? "  24 h rollover" : "  no rollover";
-  if (settings.negatives) text += "  negatives";
+std::string rates(const FieldModel& model) {
+  std::string text = "  ";
+  text += timecodeModeShortName(model.value().timecodeMode());
+  text += "  ";
+  appendInteger(text, model.value().audioFrameRate());
+  return text += " Hz";
+}
+
+std::string rules(const FieldModel& model) {
+  const QKTimecodeFormatter& formatter = model.formatter();
+  std::string text = "  ";
+  text += formatter.SMPTEStringInterpretation() == OrbSMPTEStringInterpretationDiscardingUpper ? "discarding"
+                                                                                               : "preserving";
+  text += formatter.SMPTEHas24HourRollover() ? "  24 h rollover" : "  no rollover";
+  if (formatter.allowsNegative()) text += "  negatives";
   return text;
 }
 
@@ -115,11 +139,21 @@ void editEntry(FieldModel& model, const Key& key) {
   }
 }
 
-// False when the key quits.
-bool handleCommand(FieldModel& model, FormState& state, char key) {
+void save(const FieldModel& model, FormState& state) {
+  if (state.file.empty()) {
+    state.status = "no file to save in: start with --save FILE";
+  } else if (saveField(model, state.file, &state.status)) {
+    state.status = "saved in " + firstLine(state.file);
+  }
+}
+
+void handleCommand(FieldModel& model, FormState& state, char key) {
   switch (key) {
     case 'm': model.cycleMode(1); break;
     case 'M': model.cycleMode(-1); break;
+    case 'a': model.openEntry(FieldModel::kAudioRate); break;
+    case 'd': model.addDecimals(1); break;
+    case 'D': model.addDecimals(-1); break;
     case 's': model.toggleSubframes(); break;
     case 'f': model.toggleQuarterFrames(); break;
     case 'n': model.toggleNegatives(); break;
@@ -127,11 +161,10 @@ bool handleCommand(FieldModel& model, FormState& state, char key) {
     case 'i': model.toggleInterpretation(); break;
     case '[': model.toggleMinimum(); break;
     case ']': model.toggleMaximum(); break;
+    case 'w': save(model, state); break;
     case '?': state.keysComeFirst = true; break;
-    case 'q': return false;
     default: state.status = std::string("no such key: ") + key; break;
   }
-  return true;
 }
 
 }  // namespace
@@ -139,7 +172,6 @@ bool handleCommand(FieldModel& model, FormState& state, char key) {
 std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state, TerminalSize size) {
   const auto columns = static_cast<std::size_t>(std::max(size.columns, 1));
   const auto rows = static_cast<std::size_t>(std::max(size.rows, 1));
-  const FieldText field = model.shown();
   const bool isEntry = model.typing() == FieldModel::Typing::Entry;
 
   // The lines with the highest ranks are left out first.
@@ -148,18 +180,19 @@ std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& st
     ScreenLine line;
   };
   constexpr int kSpace = 9, kKeysLast = 7;
-  const int keysRank = state.keysComeFirst ? 0 : kKeysLast;
-  std::vector<RankedLine> ranked = {
-      {kSpace, {}},
-      {0, fieldLine(field)},
-      {2, isEntry ? entryLine(model, columns) : markerLine(model, field)},
-      {1, messageLine(model, state)},
-      {kSpace, {}},
-      {4, {.text = "  frame " + model.frames() + "  " + model.seconds() + " s"}},
-      {5, {.text = "  " + settingsText(model.settings())}},
-      {6, {.text = "  " + model.range()}},
-      {kSpace, {}},
-  };
+  const int keysRank = state.keysComeFirst ? 1 : kKeysLast;
+  std::vector<RankedLine> ranked = {{kSpace, {}}};
+  for (const Row& row : kRows) {
+    const bool isEdited = row.format == model.formatter().timecodeFormat();
+    ranked.push_back({isEdited ? 0 : 4, rowLine(model, row, columns)});
+    if (isEdited) ranked.push_back({3, isEntry ? entryLine(model, columns) : markerLine(model, columns)});
+  }
+  ranked.insert(ranked.end(), {{2, messageLine(model, state)},
+                               {kSpace, {}},
+                               {5, {.text = rates(model)}},
+                               {6, {.text = rules(model)}},
+                               {6, {.text = "  " + model.range()}},
+                               {kSpace, {}}});
   const std::size_t indent = columns < 60 ? 0 : 2;
   for (const auto& text : keyLines(columns - indent, rows - std::min(rows, ranked.size()))) {
     ranked.push_back({keysRank, {.text = std::string(indent, ' ') + text}});
@@ -205,15 +238,38 @@ bool handleKey(FieldModel& model, FormState& state, const Key& key) {
   state.status.clear();
   if (key == Key{Key::Character, '?'} && keysCameFirst) return true;
   if (key.code == Key::Quit) return false;
-  if (model.typing() == FieldModel::Typing::Entry) {
+  const bool tabs = key.code == Key::Tab || key.code == Key::BackTab;
+  if (model.typing() == FieldModel::Typing::Entry && !tabs) {
     editEntry(model, key);
     return true;
   }
   switch (key.code) {
+    case Key::Backspace: model.eraseBefore(); return true;
+    case Key::EraseLine: model.eraseAll(); return true;
+    case Key::Escape: model.giveUp(); return true;
+    case Key::Enter:
+      if (model.typing() == FieldModel::Typing::Nothing) {
+        model.clearMessage();
+        model.openEntry(FieldModel::kEntry);
+      } else {
+        model.confirm();
+      }
+      return true;
+    case Key::Character:
+      if (model.type(key.character)) return true;
+      break;
+    default: break;
+  }
+
+  // All other keys take what was typed, and do nothing where that fails.
+  const bool isTaken = model.confirm();
+  if (key == Key{Key::Character, 'q'}) return false;
+  if (!isTaken) return true;
+  switch (key.code) {
     case Key::Left: model.selectBy(-1); break;
     case Key::Right: model.selectBy(1); break;
-    case Key::Tab: model.selectInRoundBy(1); break;
-    case Key::BackTab: model.selectInRoundBy(-1); break;
+    case Key::Tab: model.cycleFormat(1); break;
+    case Key::BackTab: model.cycleFormat(-1); break;
     case Key::Home: model.selectFirst(); break;
     case Key::End: model.selectLast(); break;
     case Key::Up: model.step(1); break;
@@ -221,24 +277,15 @@ bool handleKey(FieldModel& model, FormState& state, const Key& key) {
     case Key::PageUp: model.step(10); break;
     case Key::PageDown: model.step(-10); break;
     case Key::Delete: model.zeroSegment(); break;
-    case Key::Backspace: model.eraseBefore(); break;
-    case Key::EraseLine: model.eraseAll(); break;
-    case Key::Escape: model.giveUp(); break;
-    case Key::Enter:
-      if (model.typing() == FieldModel::Typing::Nothing)
-        model.openEntry();
-      else
-        model.confirm();
-      break;
-    case Key::Character: return model.type(key.character) || handleCommand(model, state, key.character);
-    case Key::Quit:
-    case Key::Other: break;
+    case Key::Character: handleCommand(model, state, key.character); break;
+    default: break;
   }
   return true;
 }
 
-void runTerminalForm(FieldModel& model) {
+void runTerminalForm(FieldModel& model, const std::string& file) {
   FormState state;
+  state.file = file;
   const auto note = [&state](std::string_view line) { state.status = "log: " + firstLine(line); };
   struct Sinks {
     explicit Sinks(const LogSink& sink) : log(setLogSink(sink)), light(setLightAssertionSink(sink)) {}

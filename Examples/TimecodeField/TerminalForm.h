@@ -11,11 +11,13 @@
 
 namespace field {
 
-// Shows the field until a key quits or the terminal goes away. The library's log lines go to the status line.
-void runTerminalForm(FieldModel& model);
+// Shows the field until a key quits or the terminal goes away. The library's log lines go to the status line. The file
+// is the one that a key saves in; empty for none.
+void runTerminalForm(FieldModel& model, const std::string& file);
 
 // What a form keeps besides the field.
 struct FormState {
+  std::string file;            // to save in; empty for none
   std::string status;          // what is to be said besides the field's message, since the last key
   bool keysComeFirst = false;  // until the next key, in a window too small for everything
 };

@@ -1,4 +1,5 @@
-// TimecodeField: one SMPTE timecode field, in a terminal or fed with entries. See --help.
+// TimecodeField: one timecode in several formats, in a terminal or fed with entries. See --help.
+#include "FieldFile.h"
 #include "Options.h"
 #include "ScriptedForm.h"
 #include "TerminalForm.h"
@@ -46,16 +47,20 @@ int run(std::span<const std::string_view> arguments) {
   quill::setLogSink(note);
   quill::setLightAssertionSink(note);
 
-  field::FieldModel model(options.settings);
+  field::FieldModel model;
+  if (options.load && !field::loadField(*options.load, &model, &error)) return failed(error);
   if (!field::prepareField(options, &model, &error)) return usageError(error);
+  std::uint64_t failures = 0;
   if (field::Terminal::isAvailable()) {
-    field::runTerminalForm(model);
-    return 0;
+    field::runTerminalForm(model, options.save.value_or(""));
+  } else {
+    std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
+    const auto result = field::runScriptedForm(model, std::cin, std::cout);
+    if (!result) return failed("cannot read the entries or write the answers");
+    failures = *result;
   }
-  std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
-  const auto failures = field::runScriptedForm(model, std::cin, std::cout);
-  if (!failures) return failed("cannot read the entries or write the answers");
-  return options.strict && *failures > 0 ? kFailed : 0;
+  if (options.save && !field::saveField(model, *options.save, &error)) return failed(error);
+  return options.strict && failures > 0 ? kFailed : 0;
 }
 
 }  // namespace

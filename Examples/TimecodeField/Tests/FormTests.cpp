@@ -1,13 +1,16 @@
 // What keys do to the field and what the screen then shows, without a terminal: bytes as one sends them go in, the lines
 // of a window come out.
 
+#include "../FieldFile.h"
 #include "../Options.h"
 #include "../TerminalForm.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <random>
 
 namespace field {
 namespace {
@@ -28,7 +31,7 @@ struct Field {
     Options options;
     std::string error;
     EXPECT_TRUE(parseOptions(arguments, &options, &error)) << error;
-    model = std::make_unique<FieldModel>(options.settings);
+    EXPECT_TRUE(!options.load || loadField(*options.load, model.get(), &error)) << error;
     EXPECT_TRUE(prepareField(options, model.get(), &error)) << error;
   }
 
@@ -40,17 +43,17 @@ struct Field {
     return true;
   }
 
-  // "00:00:12;34 | ^^ frames | error: ...": the field, the line below it and the message, if there is one.
+  // "00:00:12;34 | ^^ frames | error: ...": the row, the line below it and the message, if there is one.
   std::string text() const {
     std::string all;
     for (const auto& line : screenLines(*model, state, {78, 3})) {
-      const std::size_t start = line.text.find_first_not_of(' ');
+      const std::size_t start = line.text.find_first_not_of(' ', all.empty() ? 11 : 0);
       if (start != std::string::npos) all += (all.empty() ? "" : " | ") + line.text.substr(start);
     }
     return all;
   }
 
-  std::unique_ptr<FieldModel> model;
+  std::unique_ptr<FieldModel> model = std::make_unique<FieldModel>();
   FormState state;
 };
 
@@ -135,8 +138,8 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       {"at first", "", "", "00:00:00;00 | ^^ frames"},
       // Selecting
       {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight, "00:00:00;00 | ^^ minutes"},
-      {"tab goes round", "", "\t\t", "00:00:00;00 | ^^ minutes"},
-      {"back", "", "\t" + kBackTab, "00:00:00;00 | ^^ frames"},
+      {"the next format", "--value=1:02:03:04", "\t", "01:02:03.119 | ^^ seconds"},
+      {"round and back", "--value=1:02:03:04", kBackTab + kBackTab, "178709731 | ^^^ samples"},
       {"first and last", "--subframes", kHome + "01" + kEnd + "02", "01:00:00;00.02 | ^^ subframes"},
       {"a segment goes", "--subframes", kEnd + "s", "00:00:00;00 | ^^ frames"},
       {"three frame digits", "--mode=119.88df --quarter-frames", kEnd, "00:00:00;000/0 | ^ quarter frames"},
@@ -181,7 +184,22 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
        "00:00:00;07 | entry: +99999999999999999999  | error: Out of range."},
       {"preserving", "--value=1:2:3:4", "5:6\r", "01:02:05;06 | ^^ frames"},
       {"discarding", "--value=1:2:3:4", "i5:6\r", "00:00:05;06 | ^^ frames"},
+      // Formats
+      {"hours of time", "--format=hms", "1:02:03.5\r" + kLeft + kUp, "01:03:03.500 | ^^ minutes"},
+      {"frames by thousands", "--format=frames --value=1234567", kLeft + kUp, "1235567 | ^^^ thousands"},
+      {"a number that shrinks", "--format=samples --value=1500", kLeft + kDown + kDown, "0 | thousands"},
+      {"decimals", "--format=seconds --value=1.25", kEnd + "DDd" + kUp, "1.25001 | ^^ decimals"},
+      {"an entry is left", "--format=seconds", "1.5\t" + kBackTab, "1.500000 | ^ seconds"},
+      {"one that fails is not", "", "\rabc\t", "00:00:00;00 | entry: abc  | error: Illegal characters."},
+      {"audio rate", "--mode=25 --format=samples --value=48000", "a44100\r", "44100 | ^^^ samples"},
+      {"none", "", "a0\r",
+       "00:00:00;00 | audio rate: 0  | error: An audio rate is a whole number of samples a second, up to 10000000."},
+      {"no samples below zero", "--negatives --value=-1", "\t\t\t" + kLeft + kUp,
+       "error: No SMPTE 272M audio frames conversion of negative time value | samples | error: No SMPTE 272M audio "
+       "frames conversion of negative time value"},
+      {"but from there", "--negatives --value=-1", "\t\t\t512\r", "512 | ^^^ samples"},
       // Settings
+      {"no file", "", "w", "00:00:00;00 | ^^ frames | no file to save in: start with --save FILE"},
       {"the label stays", "--value=1:2:3:4 --mode=25", "mmm", "01:02:03;04 | ^^ frames"},
       {"one of subframes and quarter frames", "", "sf", "00:00:00;00/0 | ^^ frames"},
       {"negatives stay", "--negatives --value=-1", "n",
@@ -239,7 +257,8 @@ TEST(TimecodeFieldForm, FitsAnyWindow) {
         bool showsField = false;
         for (const auto& line : lines) {
           EXPECT_LE(line.text.size(), static_cast<std::size_t>(columns)) << line.text;
-          showsField |= line.text == std::string("  01:00:12;04").substr(0, line.text.size()) && !line.text.empty();
+          const std::string row = columns < 30 ? "  01:00:12;04" : "  smpte    01:00:12;04";
+          showsField |= line.text == row.substr(0, line.text.size()) && !line.text.empty();
         }
         EXPECT_TRUE(showsField);
       }
@@ -251,15 +270,15 @@ TEST(TimecodeFieldForm, ShowsWhatMattersInASmallWindow) {
   Field field("--value=1:00:12:04 --max=2:0:0:0 --interpretation=discarding");
   const auto text = [&] {
     std::string all;
-    for (const auto& line : screenLines(*field.model, field.state, {40, 10})) all += line.text + '\n';
+    for (const auto& line : screenLines(*field.model, field.state, {40, 12})) all += line.text + '\n';
     return all;
   };
-  for (const auto* part : {"01:00:12;04\n", "\n           ^^ frames\n", "frame 108256  3612.1418667 s\n",
-                           "29.97df  discarding", "from 00:00:00;00 to 02:00:00;00\n", "Up Down step"}) {
+  for (const auto* part : {"smpte    01:00:12;04\n", "\n                    ^^ frames\n", "seconds  3612.141867\n",
+                           "29.97df  48000 Hz", "discarding", "from 00:00:00;00 to 02:00:00;00\n"}) {
     EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
   }
   field.send("?");
-  for (const auto* part : {"01:00:12;04\n", "interpretation", "[ ] minimum", "q quit"}) {
+  for (const auto* part : {"01:00:12;04\n", "interpretation", "[ ] minimum", "? q all keys, quit"}) {
     EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
   }
 }
@@ -286,11 +305,11 @@ TEST(TimecodeFieldModel, GoesThroughAllModes) {
   std::string names;
   for (std::size_t i = 0; i < std::size(quill::kTimecodeModeTable); ++i) {
     EXPECT_TRUE(field.model->cycleMode(i < 5 ? -1 : 20));
-    const auto& row = *quill::timecodeModeRow(field.model->settings().mode);
+    const auto& row = *quill::timecodeModeRow(field.model->value().timecodeMode());
     names += std::string(row.shortName) + ' ';
     const std::string frames = row.kind == quill::TimecodeModeKind::Drop ? ";" : ":";
     const std::string zero = row.countingRate > 100 ? "0" : "";
-    EXPECT_EQ(field.model->label(), "01:02:03" + frames + zero + "04");
+    EXPECT_EQ(field.model->text(), "01:02:03" + frames + zero + "04");
     EXPECT_EQ(field.model->range(), "from 01:00:00" + frames + zero + "02 to 02:00:00" + frames + zero + "02");
   }
   EXPECT_EQ(names,
@@ -320,7 +339,7 @@ TEST(TimecodeFieldModel, KeepsWhatFails) {
        {"abc", "12x", "+99999999999999999999", "1/2", "\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}) {
     EXPECT_FALSE(field.model->takeEntry(entry));
     EXPECT_TRUE(field.model->message().isError);
-    EXPECT_EQ(field.model->label(), "01:02:03;04") << entry;
+    EXPECT_EQ(field.model->text(), "01:02:03;04") << entry;
   }
   EXPECT_FALSE(field.model->setMaximum("30:00"));
   EXPECT_EQ(field.model->message().text, "The maximum is below the minimum.");
@@ -328,16 +347,69 @@ TEST(TimecodeFieldModel, KeepsWhatFails) {
   EXPECT_EQ(field.model->range(), "from 01:00:00;00 up");
 }
 
+TEST(TimecodeFieldFile, HoldsValueAndSettings) {
+  const std::string path = testing::TempDir() + "TimecodeField-" + std::to_string(std::random_device()());
+  const Field saved(
+      "--mode=119.88 --audio-rate=44100 --decimals=2 --interpretation=discarding --negatives --quarter-frames "
+      "--rollover=off --min=-25:00:00.00 --max=25:00:00.00 --value=-1:02:03.50 --format=hms");
+  std::string error;
+  ASSERT_TRUE(saveField(*saved.model, path, &error)) << error;
+  const Field loaded("--load=" + path);
+  const auto screen = [](const Field& field) { return drawing(screenLines(*field.model, field.state, {80, 24})); };
+  EXPECT_EQ(screen(loaded), screen(saved));
+
+  // What is given beside it overrides it, and nothing else changes.
+  const Field overridden("--load=" + path + " --format=frames --value=+100 --max=-1000");
+  EXPECT_EQ(overridden.model->range(), "from -10789210 to -1000");
+  EXPECT_EQ(overridden.model->text(), "-446273");
+  EXPECT_EQ(overridden.model->text(quill::QKTimecodeFormatHMS), "-01:02:02.67");
+
+  EXPECT_FALSE(saveField(*saved.model, path + "/field", &error));
+  EXPECT_EQ(error, "cannot save \"" + path + "/field\": Not a directory");
+  EXPECT_FALSE(saveField(*saved.model, testing::TempDir(), &error));
+  EXPECT_EQ(error, "cannot save \"" + testing::TempDir() + "\": it is no regular file");
+  std::filesystem::remove(path);
+  EXPECT_FALSE(loadField(path, loaded.model.get(), &error));
+  EXPECT_EQ(error, "cannot load \"" + path + "\": No such file or directory");
+}
+
+// Cut anywhere an archive is refused; changed anywhere it is refused, or gives a field that works.
+TEST(TimecodeFieldFile, MayBeDamaged) {
+  const std::string whole = archivedField(*Field("--negatives --value=-1:02:03:04 --max=2:00:00:00").model);
+  int refused = 0;
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    Field field("--value=5");
+    EXPECT_THROW(restoreField(std::string_view(whole).substr(0, i), field.model.get()), std::exception) << i;
+    for (const int change : {1, 0xFF}) {
+      std::string damaged = whole;
+      damaged[i] = static_cast<char>(damaged[i] ^ change);
+      try {
+        restoreField(damaged, field.model.get());
+        EXPECT_TRUE(field.send(kUp + "\t" + kUp + kHome + "1\tmD" + kDown + "[s"));
+        EXPECT_FALSE(screenLines(*field.model, field.state, {80, 24}).empty());
+        field.model = std::move(Field("--value=5").model);
+      } catch (const std::exception&) {
+        ++refused;
+        EXPECT_EQ(field.model->text(), "00:00:00;05");
+      }
+    }
+  }
+  EXPECT_GT(refused, 4000);
+}
+
 TEST(TimecodeFieldOptions, SayWhatIsWrong) {
   const struct {
     std::vector<std::string_view> arguments;
     std::string error;
   } rows[] = {
-      {{"--mode", "custom"}, "no mode is called \"custom\"; the modes are 23.976 duration, "},
+      {{"--mode", "custom"}, "--mode \"custom\": The modes are 23.976 duration, "},
       {{"--mode"}, "--mode needs a value"},
-      {{"--mode="}, "no mode is called \"\""},
-      {{"--interpretation", "both"}, "the interpretation is preserving or discarding, not \"both\""},
-      {{"--rollover=yes"}, "the rollover is on or off, not \"yes\""},
+      {{"--mode="}, "--mode \"\": The modes are "},
+      {{"--format=film"}, "--format \"film\": The formats are smpte, hms, "},
+      {{"--audio-rate=0"}, "--audio-rate \"0\": An audio rate is a whole number"},
+      {{"--decimals=10"}, "--decimals \"10\": Decimal places are from 0 to 9."},
+      {{"--interpretation", "both"}, "--interpretation \"both\": It is preserving or discarding."},
+      {{"--rollover=yes"}, "--rollover \"yes\": It is on or off."},
       {{"--strict=1"}, "--strict takes no value"},
       {{"--subframes", "--quarter-frames"}, "--subframes and --quarter-frames exclude each other"},
       {{"--fast"}, "there is no option \"--fast\""},
@@ -352,12 +424,8 @@ TEST(TimecodeFieldOptions, SayWhatIsWrong) {
   for (const auto& row : rows) {
     Options options;
     std::string error;
-    bool works = parseOptions(row.arguments, &options, &error);
-    if (works) {
-      FieldModel model(options.settings);
-      works = prepareField(options, &model, &error);
-    }
-    EXPECT_FALSE(works) << row.error;
+    FieldModel model;
+    EXPECT_FALSE(parseOptions(row.arguments, &options, &error) && prepareField(options, &model, &error)) << row.error;
     EXPECT_EQ(error.substr(0, row.error.size()), row.error);
   }
 }

@@ -189,7 +189,7 @@ TEST(TimecodeFieldTerminal, IsLeftAsFound) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.label);
     Session session;
-    ASSERT_TRUE(session.shows("q               quit")) << session.output();
+    ASSERT_TRUE(session.shows("all keys, quit")) << session.output();
     session.send(row.keys);
     if (row.signal != 0) kill(session.process(), row.signal);
     const int status = session.end();
@@ -205,7 +205,7 @@ TEST(TimecodeFieldTerminal, IsLeftAsFound) {
 // A stop is not possible here, where nobody could make the process go on; it must then come back.
 TEST(TimecodeFieldTerminal, ComesBackAfterAStop) {
   Session session;
-  ASSERT_TRUE(session.shows("q               quit"));
+  ASSERT_TRUE(session.shows("all keys, quit"));
   session.send("");
   kill(session.process(), SIGTSTP);
   EXPECT_TRUE(session.shows("01:02:03;04"));
