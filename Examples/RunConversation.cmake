@@ -1,4 +1,5 @@
-# Runs PROGRAM on the file INPUT, NAME.in, and compares what it prints with NAME.out. Beside them may stand:
+# Runs PROGRAM on the file INPUT, NAME.in, in that file's folder, and compares what it prints with NAME.out. Beside them
+# may stand:
 #   NAME.args     its arguments, as a shell would split them
 #   NAME.status   the exit status, instead of 0
 #   NAME.err      what must stand in its standard error, which otherwise must be empty
@@ -20,7 +21,8 @@ separate_arguments(arguments UNIX_COMMAND "${arguments}")
 string(STRIP "${expected_status}" expected_status)
 string(STRIP "${expected_errors}" expected_errors)
 
-execute_process(COMMAND ${PROGRAM} ${arguments} INPUT_FILE ${INPUT}
+cmake_path(GET INPUT PARENT_PATH folder)
+execute_process(COMMAND ${PROGRAM} ${arguments} INPUT_FILE ${INPUT} WORKING_DIRECTORY ${folder}
                 OUTPUT_VARIABLE printed ERROR_VARIABLE errors RESULT_VARIABLE status)
 string(FIND "${errors}" "${expected_errors}" place)
 if(expected_errors STREQUAL "" AND NOT errors STREQUAL "")

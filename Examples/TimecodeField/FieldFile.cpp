@@ -15,7 +15,7 @@ using namespace quill;
 
 namespace {
 
-constexpr std::size_t kLongestFile = 1 << 20;  // bytes; a field has some hundreds
+constexpr std::size_t kLongestFile = 1 << 20;  // bytes; a field has some thousands
 
 // What a file holds. A host's own class is archived as the library's are: under an archive name and a version, its
 // values under keys.

@@ -36,11 +36,27 @@ Ref<Timecode> fieldValue(const Ref<Object>& result, std::string* error) {
   return std::static_pointer_cast<Timecode>(result);
 }
 
-// Reads an entry over the formatter's current timecode. Parsing passes over what it cannot read behind the last field;
-// an editor does not: it lets nothing stand that its formatter finds illegal.
-bool parse(QKTimecodeFormatter& formatter, std::string_view entry, Ref<Object>* result, std::string* error) {
+// Reads an entry over a value. Parsing passes over what it cannot read behind the last field; an editor does not: it lets
+// nothing stand that its formatter finds illegal.
+//
+// Bars and beats, and feet and frames, are set field by field, the highest first. Where a bar is no whole number of
+// ticks, or feet differ in length, the lower fields of the value before can carry into one that is set already.
+bool parse(QKTimecodeFormatter& formatter, std::string_view entry, const Ref<Timecode>& start, Ref<Object>* result,
+           std::string* error) {
   entry.remove_prefix(std::min(entry.find_first_not_of(" \t"), entry.size()));
-  return formatter.getObjectValue(result, entry, error) && formatter.isPartialStringValid(entry, nullptr, error);
+  const bool isAmount = entry.starts_with('+') || entry.starts_with('-');
+  const QKTimecodeFormat format = formatter.timecodeFormat();
+  formatter.setCurrentTimecode(start);
+  if (format == QKTimecodeFormatBarsBeats && !isAmount && !entry.empty()) {
+    start->clearTimecode();                                  // such an entry keeps nothing of the value before
+    start->addBars(0, 0, 0, start->ticksPerDivision() / 2);  // far from where a field changes
+  }
+  if (!formatter.getObjectValue(result, entry, error) || !formatter.isPartialStringValid(entry, nullptr, error)) {
+    return false;
+  }
+  if (format != QKTimecodeFormatFeetFrames || isAmount) return true;
+  formatter.setCurrentTimecode(*result);  // which has the lower fields of the entry
+  return formatter.getObjectValue(result, entry, error);
 }
 
 }  // namespace
@@ -62,8 +78,7 @@ bool FieldModel::restore(const Ref<Timecode>& value, const QKTimecodeFormatter& 
   return attempt([&](std::string* error) {
     const auto isSound = [&](const Ref<Object>& object) {
       const auto timecode = fieldValue(object, error);
-      return timecode && timecodeModeRow(timecode->timecodeMode()) && timecode->audioFrameRate() > 0 &&
-             (formatter.allowsNegative() || !timecode->isNegative());
+      return timecode && hasSoundSettings(*timecode) && (formatter.allowsNegative() || !timecode->isNegative());
     };
     const auto minimum = formatter.minimum(), maximum = formatter.maximum();
     bool works = isSound(value) && (!minimum || isSound(minimum)) && (!maximum || isSound(maximum)) &&
@@ -126,6 +141,15 @@ bool FieldModel::convert(const Conversion& conversion) {
   });
 }
 
+// The same by a change of a copy.
+bool FieldModel::change(const std::function<void(Timecode& timecode)>& edit) {
+  return convert([&](const Timecode& timecode) {
+    const auto changed = copyOf(timecode);
+    edit(*changed);
+    return changed;
+  });
+}
+
 Ref<Timecode> FieldModel::zero() const {
   const auto zero = copyOf(*value_);
   zero->clearTimecode();
@@ -138,10 +162,9 @@ bool FieldModel::read(std::string_view entry, const Timecode& start, Ref<Timecod
   plain.setMinimum(nullptr);
   plain.setMaximum(nullptr);
   plain.setAllowsNegative(true);
-  plain.setCurrentTimecode(copyOf(start));
   return attempt([&](std::string* error) {
     Ref<Object> object;
-    if (!parse(plain, entry, &object, error)) return false;
+    if (!parse(plain, entry, copyOf(start), &object, error)) return false;
     *result = fieldValue(object, error);
     if (*result && (*result)->isNegative() && !formatter_.allowsNegative()) *error = "Negatives are off.";
     return error->empty();
@@ -150,12 +173,25 @@ bool FieldModel::read(std::string_view entry, const Timecode& start, Ref<Timecod
 
 // ---- Value ----
 
-std::string FieldModel::text(QKTimecodeFormat format) const {
-  try {
-    return formatter_.deputyForFormat(format)->stringForObjectValue(value_.get(), formatter_);
-  } catch (const InternalInconsistencyFailure& failure) {
-    return "error: " + firstLine(failure.what());
+// The text of a value in a format of a formatter. False with the reason where it has none.
+bool FieldModel::render(const QKTimecodeFormatter& formatter, QKTimecodeFormat format, Timecode& timecode,
+                        std::string* text) {
+  if (format == QKTimecodeFormatBarsBeats && timecode.isNegative()) {
+    *text = "Bars and beats count from zero up.";  // below it they would say nothing
+    return false;
   }
+  try {
+    *text = formatter.deputyForFormat(format)->stringForObjectValue(&timecode, formatter);
+    return true;
+  } catch (const InternalInconsistencyFailure& failure) {
+    *text = firstLine(failure.what());
+    return false;
+  }
+}
+
+std::string FieldModel::text(QKTimecodeFormat format) const {
+  std::string text;
+  return render(formatter_, format, *value_, &text) ? text : "error: " + text;
 }
 
 std::string FieldModel::frames() const {
@@ -184,8 +220,7 @@ std::string FieldModel::seconds() const {
 bool FieldModel::takeEntry(std::string_view entry) {
   return attempt([&](std::string* error) {
     Ref<Object> result;
-    formatter_.setCurrentTimecode(copyOf(*value_));
-    return parse(formatter_, entry, &result, error) && accept(result, error);
+    return parse(formatter_, entry, copyOf(*value_), &result, error) && accept(result, error);
   });
 }
 
@@ -209,12 +244,9 @@ void FieldModel::keepSelectionVisible() {
 }
 
 FieldText FieldModel::shown() const {
-  FieldText field{text(), {}};
-  try {
-    field.selected = formatter_.substringRangeForSegmentWithTag(tag_, value_.get());
-  } catch (const InternalInconsistencyFailure&) {
-    return field;  // its text says what is wrong
-  }
+  FieldText field;
+  if (!render(formatter_, formatter_.timecodeFormat(), *value_, &field.text)) return {text(), {}};
+  field.selected = formatter_.substringRangeForSegmentWithTag(tag_, value_.get());
   // Of an SMPTE field with three frame digits every range has three characters, a separator among them.
   std::string_view segment = substring(field.text, field.selected);
   constexpr std::string_view kSeparators = ":;./";
@@ -276,20 +308,26 @@ bool FieldModel::zeroSegment() { return setSegment("0", *value_); }
 
 const FieldModel::Purpose FieldModel::kEntry{"entry", &FieldModel::takeEntry};
 const FieldModel::Purpose FieldModel::kAudioRate{"audio rate", &FieldModel::setAudioRate};
+const FieldModel::Purpose FieldModel::kTempo{"tempo", &FieldModel::setTempo};
+const FieldModel::Purpose FieldModel::kSignature{"signature", &FieldModel::setSignature};
 
+// A value without a text has no segments either, but a whole entry may replace it.
 bool FieldModel::segmentTakes(const std::string& text) {
-  try {
-    const auto* formatter = formatter_.formatterForSegmentTag(tag_, value_.get());
-    return formatter && formatter->isPartialStringValid(text, nullptr, nullptr);
-  } catch (const InternalInconsistencyFailure&) {
-    return false;  // as a whole entry it may still replace such a value
-  }
+  std::string shown;
+  if (!render(formatter_, formatter_.timecodeFormat(), *value_, &shown)) return false;
+  const auto* formatter = formatter_.formatterForSegmentTag(tag_, value_.get());
+  return formatter && formatter->isPartialStringValid(text, nullptr, nullptr);
 }
 
 bool FieldModel::setSegment(const std::string& text, const Timecode& start) {
   return attempt([&](std::string* error) {
-    Ref<Object> result;
     const auto edited = copyOf(start);  // typing into a segment changes the value it is given
+    std::string shown;
+    if (!render(formatter_, formatter_.timecodeFormat(), *edited, &shown)) {
+      *error = shown;
+      return false;
+    }
+    Ref<Object> result;
     return formatter_.getObjectValueForSegmentWithTag(&result, text, tag_, edited.get(), error) &&
            accept(result, error);
   });

@@ -9,7 +9,7 @@
 // Rooms: Settings; Value; Segments; Typing; Storage.
 #pragma once
 
-#include "Framework/QKTimecode.h"
+#include "Framework/QKExtendedTimecode.h"
 #include "Framework/QKTimecodeFormatter.h"
 
 #include <cstddef>
@@ -21,7 +21,7 @@
 namespace field {
 
 // The class of value that all rows can show.
-using Timecode = quill::QKTimecode;
+using Timecode = quill::QKExtendedTimecode;
 
 struct Row {
   quill::QKTimecodeFormat format;
@@ -36,6 +36,8 @@ inline constexpr Row kRows[] = {
     {quill::QKTimecodeFormatVideoFrames, "frames", {"frames", "thousands", "millions", "billions"}},
     {quill::QKTimecodeFormatAudioFrames, "samples", {"samples", "thousands", "millions", "billions"}},
     {quill::QKTimecodeFormatSeconds, "seconds", {"seconds", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatBarsBeats, "bars", {"bars", "beats", "divisions", "ticks"}},
+    {quill::QKTimecodeFormatFeetFrames, "feet", {"feet", "frames", "quarter frames"}},
 };
 
 struct Message {
@@ -55,9 +57,13 @@ std::string firstLine(std::string_view text);
 // "23.976 duration", ..., in the order of the table.
 std::string modeList(std::string_view separator);
 
+// "35mm_4perf"
+std::string_view filmName(quill::QKFilmType type);
+
 class FieldModel {
  public:
-  // Zero at 29.97 drop-frame and 48000 audio frames a second, as SMPTE with 24-hour rollover.
+  // Zero at 29.97 drop-frame, 48000 audio frames a second, 120 beats a minute in 4/4 and on 35 mm film of 4 perforations
+  // a frame, as SMPTE with 24-hour rollover.
   FieldModel();
   FieldModel(const FieldModel&) = delete;
   FieldModel& operator=(const FieldModel&) = delete;
@@ -81,6 +87,11 @@ class FieldModel {
   bool setMode(std::string_view name);
   // Audio frames a second.
   bool setAudioRate(std::string_view rate);
+  bool setFilm(std::string_view name);
+  // Beats a minute. The position in bars and beats stays and the time moves; that of a negative value stays.
+  bool setTempo(std::string_view tempo);
+  // "6/8"
+  bool setSignature(std::string_view signature);
   // Decimal places of the formats that have them, 0 to 9.
   bool setDecimals(std::string_view places);
   // "preserving" or "discarding".
@@ -96,9 +107,10 @@ class FieldModel {
   bool setMinimum(std::string_view entry);
   bool setMaximum(std::string_view entry);
 
-  // So many rows or modes further, round and round.
-  bool cycleFormat(std::int64_t count);
+  // So many rows, modes or film types further, round and round.
+  void cycleFormat(std::int64_t count);
   bool cycleMode(std::int64_t count);
+  bool cycleFilm(std::int64_t count);
   // So many decimal places more, within 0 and 9.
   void addDecimals(std::int64_t count);
   void toggleInterpretation();
@@ -158,7 +170,7 @@ class FieldModel {
     std::string_view name;
     bool (FieldModel::*take)(std::string_view entry);
   };
-  static const Purpose kEntry, kAudioRate;
+  static const Purpose kEntry, kAudioRate, kTempo, kSignature;
 
   Typing typing() const { return typing_; }
   const Purpose& purpose() const { return *purpose_; }
@@ -187,10 +199,15 @@ class FieldModel {
 
   bool attempt(const Operation& operation);
   bool fail(std::string_view text);
+  static bool render(const quill::QKTimecodeFormatter& formatter, quill::QKTimecodeFormat format, Timecode& timecode,
+                     std::string* text);
   bool accept(const quill::Ref<quill::Object>& result, std::string* error);
   bool convert(const Conversion& conversion);
+  bool change(const std::function<void(Timecode& timecode)>& edit);
+  static bool hasSoundSettings(const Timecode& timecode);
   void changeFormat(quill::QKTimecodeFormat format);
   bool changeMode(quill::QKSMPTETimecodeMode mode);
+  bool changeFilm(quill::QKFilmType type);
   void showFrameDivision(bool subframes, bool quarterFrames);
   bool setSwitch(std::string_view state, const std::function<void(bool isOn)>& set);
   void keepSelectionVisible();

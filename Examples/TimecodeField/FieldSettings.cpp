@@ -1,8 +1,6 @@
 // FieldModel's room of settings.
 #include "FieldModel.h"
 
-#include "Platform/Reports.h"
-
 #include <algorithm>
 #include <optional>
 
@@ -13,10 +11,13 @@ using namespace quill;
 namespace {
 
 constexpr std::int64_t kHighestAudioRate = 10000000;
+constexpr double kLowestTempo = 1, kHighestTempo = 1000;
+constexpr std::int64_t kHighestSignature = 99;  // either number
 constexpr std::int64_t kMostDecimals = 9;
 
 constexpr std::int64_t kRowCount = std::ssize(kRows);
 constexpr std::int64_t kModeCount = std::ssize(kTimecodeModeTable);
+constexpr std::int64_t kFilmCount = std::ssize(kFilmTypeTable);
 
 // The place that lies so many further, round and round.
 std::int64_t inRound(std::int64_t place, std::int64_t count, std::int64_t size) {
@@ -32,34 +33,47 @@ std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowe
 
 constexpr std::string_view onOrOff(bool isOn) { return isOn ? "on" : "off"; }
 
+template <class Rows, class Name>
+std::string list(const Rows& rows, std::string_view separator, const Name& nameOf) {
+  std::string names;
+  for (const auto& row : rows) names.append(names.empty() ? "" : separator).append(nameOf(row));
+  return names;
+}
+
 }  // namespace
 
 std::string modeList(std::string_view separator) {
-  std::string list;
-  for (const auto& row : kTimecodeModeTable) {
-    if (!list.empty()) list += separator;
-    list += row.shortName;
-  }
-  return list;
+  return list(kTimecodeModeTable, separator, [](const TimecodeModeRow& row) { return row.shortName; });
+}
+
+std::string_view filmName(QKFilmType type) {
+  constexpr std::string_view kPrefix = "QKFilmType_";
+  const FilmTypeRow* const row = filmTypeRow(type);
+  return row ? row->name.substr(kPrefix.size()) : "";
+}
+
+// Of an archive they may be anything.
+bool FieldModel::hasSoundSettings(const Timecode& timecode) {
+  const auto isInSignature = [](std::int64_t number) { return number >= 1 && number <= kHighestSignature; };
+  return timecodeModeRow(timecode.timecodeMode()) && timecode.audioFrameRate() >= 1 &&
+         timecode.audioFrameRate() <= kHighestAudioRate && filmTypeRow(timecode.filmType()) &&
+         timecode.tempo() >= kLowestTempo && timecode.tempo() <= kHighestTempo &&
+         isInSignature(timecode.timeSignatureNumerator()) && isInSignature(timecode.timeSignatureDenominator());
 }
 
 // ---- Format ----
 
 bool FieldModel::setFormat(std::string_view name) {
-  std::string names;
   for (const Row& row : kRows) {
-    if (row.name == name) {
-      changeFormat(row.format);
-      return true;
-    }
-    names.append(names.empty() ? "" : ", ").append(row.name);
+    if (row.name != name) continue;
+    changeFormat(row.format);
+    return true;
   }
-  return fail("The formats are " + names + ".");
+  return fail("The formats are " + list(kRows, ", ", [](const Row& row) { return row.name; }) + ".");
 }
 
-bool FieldModel::cycleFormat(std::int64_t count) {
+void FieldModel::cycleFormat(std::int64_t count) {
   changeFormat(kRows[inRound(formatter_.timecodeFormat(), count, kRowCount)].format);
-  return true;
 }
 
 void FieldModel::changeFormat(QKTimecodeFormat format) {
@@ -78,12 +92,11 @@ bool FieldModel::setDecimals(std::string_view places) {
 }
 
 void FieldModel::addDecimals(std::int64_t count) {
-  const auto sum = [&](std::uint64_t places) {  // of an archive they may be any number
-    return std::clamp<std::int64_t>(static_cast<std::int64_t>(std::min<std::uint64_t>(places, kMostDecimals)) + count,
-                                    0, kMostDecimals);
-  };
-  formatter_.setHMSSecondsDecimalPlaces(sum(static_cast<std::uint64_t>(formatter_.HMSSecondsDecimalPlaces())));
-  formatter_.setODTSecondsDecimalPlaces(static_cast<std::uint64_t>(sum(formatter_.ODTSecondsDecimalPlaces())));
+  const auto within = [](std::int64_t places) { return std::clamp<std::int64_t>(places, 0, kMostDecimals); };
+  const auto sum = [&](std::int64_t places) { return within(within(places) + count); };  // any number, in an archive
+  formatter_.setHMSSecondsDecimalPlaces(sum(formatter_.HMSSecondsDecimalPlaces()));
+  const auto places = static_cast<std::int64_t>(formatter_.ODTSecondsDecimalPlaces());
+  formatter_.setODTSecondsDecimalPlaces(static_cast<std::uint64_t>(sum(places)));
   keepSelectionVisible();
 }
 
@@ -98,6 +111,7 @@ bool FieldModel::setQuarterFrames(std::string_view state) {
 void FieldModel::showFrameDivision(bool subframes, bool quarterFrames) {
   formatter_.setSMPTEDisplaysSubframes(subframes);
   formatter_.setSMPTEDisplaysQuarterFrames(quarterFrames);
+  formatter_.setFFDisplaysQuarterFrames(quarterFrames);
   keepSelectionVisible();
 }
 
@@ -140,10 +154,48 @@ bool FieldModel::changeMode(QKSMPTETimecodeMode mode) {
 bool FieldModel::setAudioRate(std::string_view rate) {
   const auto number = wholeNumber(rate, 1, kHighestAudioRate);
   if (!number) return fail("An audio rate is a whole number of samples a second, up to 10000000.");
-  return convert([&](Timecode& timecode) {
-    const auto converted = copyOf(timecode);
-    converted->setAudioFrameRate(static_cast<std::uint64_t>(*number));
-    return converted;
+  return change([&](Timecode& timecode) { timecode.setAudioFrameRate(static_cast<std::uint64_t>(*number)); });
+}
+
+bool FieldModel::setFilm(std::string_view name) {
+  for (const FilmTypeRow& row : kFilmTypeTable) {
+    if (filmName(row.type) == name) return changeFilm(row.type);
+  }
+  return fail("The films are " + list(kFilmTypeTable, ", ", [](const auto& row) { return filmName(row.type); }) + ".");
+}
+
+bool FieldModel::cycleFilm(std::int64_t count) {
+  return changeFilm(kFilmTypeTable[inRound(value_->filmType(), count, kFilmCount)].type);
+}
+
+bool FieldModel::changeFilm(QKFilmType type) {
+  return change([&](Timecode& timecode) { timecode.setFilmType(type); });
+}
+
+bool FieldModel::setTempo(std::string_view text) {
+  Scanner scanner(text);
+  scanner.setDecimalSeparator(".");
+  double tempo = 0;
+  if (!scanner.scanDouble(&tempo) || !scanner.isAtEnd() || !(tempo >= kLowestTempo && tempo <= kHighestTempo)) {
+    return fail("A tempo is a number of beats a minute, from 1 to 1000.");
+  }
+  return change([&](Timecode& timecode) {
+    const MediaTime time = timecode.timeValue();
+    if (!timecode.isNegative()) return timecode.setTempo(tempo);
+    timecode.clearTimecode();  // bars and beats below zero say nothing
+    timecode.setTempo(tempo);
+    timecode.setTimeValue(time);
+  });
+}
+
+bool FieldModel::setSignature(std::string_view signature) {
+  const std::size_t slash = std::min(signature.find('/'), signature.size());
+  const auto numerator = wholeNumber(signature.substr(0, slash), 1, kHighestSignature);
+  const auto denominator = wholeNumber(signature.substr(std::min(slash + 1, signature.size())), 1, kHighestSignature);
+  if (!numerator || !denominator) return fail("A signature is two numbers from 1 to 99, such as 6/8.");
+  return change([&](Timecode& timecode) {
+    timecode.setTimeSignatureNumerator(*numerator);
+    timecode.setTimeSignatureDenominator(*denominator);
   });
 }
 
@@ -203,7 +255,8 @@ std::string FieldModel::range() const {
   Ref<Object> minimum = formatter_.minimum();
   Ref<Object> maximum = formatter_.maximum();
   if (!minimum && !formatter_.allowsNegative()) minimum = zero();
-  if (formatter_.timecodeFormat() == QKTimecodeFormatSMPTE && !formatter_.SMPTEHas24HourRollover()) {
+  const QKTimecodeFormat format = formatter_.timecodeFormat();
+  if (format == QKTimecodeFormatSMPTE && !formatter_.SMPTEHas24HourRollover()) {
     const auto reach = [&](std::string_view entry, Ref<Object>* end) {
       formatter.setCurrentTimecode(zero());
       formatter.getObjectValue(end, entry, nullptr);
@@ -211,15 +264,15 @@ std::string FieldModel::range() const {
     reach("-1000:00:00:00", &minimum);
     reach("+1000:00:00:00", &maximum);
   }
-  try {
-    const auto text = [&](Object* end) { return formatter.stringForObjectValue(end).value_or(""); };
-    if (minimum && maximum) return "from " + text(minimum.get()) + " to " + text(maximum.get());
-    if (minimum) return "from " + text(minimum.get()) + " up";
-    if (maximum) return "up to " + text(maximum.get());
-    return "no limits";
-  } catch (const InternalInconsistencyFailure& failure) {
-    return firstLine(failure.what());
-  }
+  const auto text = [&](const Ref<Object>& end) {
+    std::string shown;
+    render(formatter, format, static_cast<Timecode&>(*end), &shown);
+    return shown;
+  };
+  if (minimum && maximum) return "from " + text(minimum) + " to " + text(maximum);
+  if (minimum) return "from " + text(minimum) + " up";
+  if (maximum) return "up to " + text(maximum);
+  return "no limits";
 }
 
 }  // namespace field

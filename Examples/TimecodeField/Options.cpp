@@ -6,17 +6,20 @@ const std::string_view kHelp =
     R"(Usage: TimecodeField [option...]
        TimecodeField [option...] < entries
 
-One timecode, shown in several formats and edited in one of them. In a terminal
-it is stepped and typed into; without one, or in one without cursor control
+One timecode, shown in seven formats and edited in any of them. In a terminal it
+is stepped and typed into; without one, or in one without cursor control
 (TERM=dumb), it reads entries from standard input.
 
 Options
   --format NAME           the format that entries have, and the row that is
                           edited at first: smpte (the default), hms, frames,
-                          samples or seconds
+                          samples, seconds, bars or feet
   --mode NAME             timecode mode, such as 25 or 29.97df (the default)
   --list-modes            print the names of the modes
   --audio-rate N          samples a second, 48000 by default
+  --film NAME             35mm_4perf (the default), 35mm_3perf, 16mm, ...
+  --tempo N               beats a minute, 120 by default
+  --signature N/N         time signature, 4/4 by default
   --decimals N            decimal places of hms and seconds, 0 to 9
   --interpretation RULE   preserving: fields not typed keep their values (the
                           default); discarding: they become 0
@@ -30,17 +33,19 @@ Options
                           smpte field ends at 99:59:59 and the last frame
   --load FILE             start with what was saved
   --save FILE             save at the end
+  --all                   answer an entry in all formats, a line each
   --strict                exit with 1 when an entry failed
   --help, --version
 An option's value may also follow "=": --mode=25, --min=-1:00.
 
 Files
   A file holds the value and all settings. Options given beside --load override
-  what was loaded; --mode then keeps the label and --audio-rate the time. A file
-  that cannot be read or used ends the program before anything is read or
-  written. Saving first writes a file of its own beside FILE and then gives it
-  that name: FILE is always a whole one, the old or the new. Both options may
-  name the same file. A program ended by a signal saves nothing.
+  what was loaded; --mode then keeps the label, --tempo the bars and beats, and
+  others the time. A file that cannot be read or used ends the program before
+  anything is read or written. Saving first writes a file of its own beside FILE
+  and then gives it that name, so FILE is always a whole one, the old or the
+  new. Both options may name the same file. A program ended by a signal saves
+  nothing.
 
 Entries
   smpte       1234 or 12:34 is 12 seconds 34 frames: digits fill the fields from
@@ -49,6 +54,9 @@ Entries
               behind a separator the last field is the fraction
   frames, samples, seconds
               a number; seconds may have a fraction
+  bars        3 or 3.2 or 3.2.1.120: bars from 0, beats and divisions from 1,
+              ticks from 0, 240 to a division; a beat is a quarter note
+  feet        1205 or 12+05: feet and frames; 5 is frame 5 of the same foot
   +45  -1:00  a sign makes an entry an amount to add or to take away
 
 Entries from standard input
@@ -56,12 +64,17 @@ Entries from standard input
   before left, and prints a line:
     ENTRY  ->  TEXT  frame FRAMES  SECONDS s
     ENTRY  ->  error: TEXT
+  or, with --all, instead of the first of these a line for each format:
+    ENTRY  ->  FORMAT  TEXT
+    ENTRY  ->  FORMAT  error: TEXT
   "  ->  " is an arrow between two spaces on each side, and two spaces part the
-  columns. The first TEXT is the value in the format chosen; FRAMES are whole
-  frames counted from zero; SECONDS have seven places. All are negative for a
-  negative value. A failed entry changes nothing. In ENTRY, bytes that cannot be
-  printed are written as \x00, a backslash as \\. Lines that are empty or blank
-  are passed over. Warnings go to standard error.
+  columns; bars have spaces of their own. The first TEXT is the value in the
+  format chosen; FRAMES are whole frames counted from zero; SECONDS have seven
+  places. All are negative for a negative value. FORMAT is the name of one,
+  filled up with spaces; a format that cannot show the value says why. A failed
+  entry changes nothing. In ENTRY, bytes that cannot be printed are written as
+  \x00, a backslash as \\. Lines that are empty or blank are passed over.
+  Warnings go to standard error.
 
 Keys in a terminal
   Left Right          select a segment
@@ -76,7 +89,8 @@ Keys in a terminal
   Escape              give up what was typed
   Backspace Ctrl-U    erase in it; Left Right Home End Delete edit an entry
   m M                 next mode, the one before
-  a                   type the audio rate
+  a t T               type the audio rate, the tempo, the time signature
+  g G                 next film gauge, the one before
   d D                 one decimal place more, one less
   s f                 subframes, quarter frames
   n r i               negatives, 24-hour rollover, interpretation
@@ -101,6 +115,9 @@ constexpr struct FieldOption {
 } kFieldOptions[] = {
     {"--mode", &FieldModel::setMode},
     {"--audio-rate", &FieldModel::setAudioRate},
+    {"--film", &FieldModel::setFilm},
+    {"--tempo", &FieldModel::setTempo},
+    {"--signature", &FieldModel::setSignature},
     {"--format", &FieldModel::setFormat},
     {"--decimals", &FieldModel::setDecimals},
     {"--interpretation", &FieldModel::setInterpretation},
@@ -122,6 +139,7 @@ constexpr struct {
   std::string_view name;
   void (*set)(Options* options);
 } kPlainOptions[] = {
+    {"--all", [](Options* options) { options->inAllFormats = true; }},
     {"--strict", [](Options* options) { options->strict = true; }},
     {"--list-modes", [](Options* options) { options->action = Options::Action::ListModes; }},
     {"--version", [](Options* options) { options->action = Options::Action::Version; }},

@@ -19,6 +19,7 @@ struct Options {
   std::optional<std::string> load;                // a file's name
   std::optional<std::string> save;
   bool strict = false;
+  bool inAllFormats = false;
 };
 
 // Reads the arguments behind the program's name. False with a sentence that says what is wrong. Help, version and the

@@ -29,20 +29,38 @@ std::string printable(std::string_view text) {
   return result;
 }
 
-std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input, std::ostream& output) {
+namespace {
+
+// The value in one format, or in all of them, a line each.
+std::string answer(const FieldModel& model, const std::string& start, bool inAllFormats) {
+  if (!inAllFormats) return start + model.text() + "  frame " + model.frames() + "  " + model.seconds() + " s\n";
+  std::string lines;
+  for (const Row& row : kRows) {
+    std::string name(row.name);
+    name.resize(std::string_view("seconds").size(), ' ');
+    lines += start + name + "  " + model.text(row.format) + '\n';
+  }
+  return lines;
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> runScriptedForm(FieldModel& model, bool inAllFormats, std::istream& input,
+                                             std::ostream& output) {
   std::uint64_t failures = 0;
   std::string entry;
   while (std::getline(input, entry)) {
     if (entry.ends_with('\r')) entry.pop_back();
     if (entry.find_first_not_of(" \t") == std::string::npos) continue;
-    std::string line = printable(entry) + "  ->  ";
+    const std::string start = printable(entry) + "  ->  ";
+    std::string lines;
     if (model.takeEntry(entry)) {
-      line += model.text() + "  frame " + model.frames() + "  " + model.seconds() + " s\n";
+      lines = answer(model, start, inAllFormats);
     } else {
-      line += "error: " + model.message().text + '\n';
+      lines = start + "error: " + model.message().text + '\n';
       ++failures;
     }
-    output.write(line.data(), static_cast<std::streamsize>(line.size()));
+    output.write(lines.data(), static_cast<std::streamsize>(lines.size()));
   }
   output.flush();
   if (input.bad() || !output) return std::nullopt;

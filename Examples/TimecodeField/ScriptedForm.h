@@ -1,4 +1,4 @@
-// ScriptedForm: entries from a stream, one a line, each applied to a field and answered with a line.
+// ScriptedForm: entries from a stream, one a line, each applied to a field and answered.
 #pragma once
 
 #include "FieldModel.h"
@@ -7,8 +7,9 @@
 
 namespace field {
 
-// Reads to the end. The number of entries that failed, or nothing when a stream broke.
-std::optional<std::uint64_t> runScriptedForm(FieldModel& model, std::istream& input, std::ostream& output);
+// Reads to the end. An answer is a line, or one for each format. The number of entries that failed, or nothing when a stream broke.
+std::optional<std::uint64_t> runScriptedForm(FieldModel& model, bool inAllFormats, std::istream& input,
+                                             std::ostream& output);
 
 // A text in which every byte can be printed: those that cannot are "\x00", a backslash "\\".
 std::string printable(std::string_view text);

@@ -30,14 +30,14 @@ constexpr struct {
     {"Esc", "give up"},
     {"Del", "zero"},
     {"m M", "mode"},
-    {"a", "audio rate"},
-    {"d D", "decimals more, fewer"},
+    {"g G", "film gauge"},
+    {"a t T", "rate, tempo, signature"},
+    {"d D", "decimals"},
     {"s f", "subframes, quarters"},
     {"n r", "negatives, rollover"},
     {"i", "interpretation"},
     {"[ ]", "minimum, maximum here"},
-    {"w", "save"},
-    {"? q", "all keys, quit"},
+    {"w ? q", "save, all keys, quit"},
 };
 
 // The keys in two columns, or, where there is no room for that, one after the other.
@@ -105,12 +105,21 @@ ScreenLine messageLine(const FieldModel& model, const FormState& state) {
   return {.text = (message.isError ? "  error: " : "  ") + message.text, .isBold = message.isError};
 }
 
-std::string rates(const FieldModel& model) {
+std::string scales(const FieldModel& model) {
+  const Timecode& value = model.value();
   std::string text = "  ";
-  text += timecodeModeShortName(model.value().timecodeMode());
+  text += timecodeModeShortName(value.timecodeMode());
   text += "  ";
-  appendInteger(text, model.value().audioFrameRate());
-  return text += " Hz";
+  appendInteger(text, value.audioFrameRate());
+  text += " Hz  ";
+  text += filmName(value.filmType());
+  text += "  ";
+  appendShortest(text, value.tempo());
+  text += " bpm  ";
+  appendInteger(text, value.timeSignatureNumerator());
+  text += '/';
+  appendInteger(text, value.timeSignatureDenominator());
+  return text;
 }
 
 std::string rules(const FieldModel& model) {
@@ -152,6 +161,10 @@ void handleCommand(FieldModel& model, FormState& state, char key) {
     case 'm': model.cycleMode(1); break;
     case 'M': model.cycleMode(-1); break;
     case 'a': model.openEntry(FieldModel::kAudioRate); break;
+    case 't': model.openEntry(FieldModel::kTempo); break;
+    case 'T': model.openEntry(FieldModel::kSignature); break;
+    case 'g': model.cycleFilm(1); break;
+    case 'G': model.cycleFilm(-1); break;
     case 'd': model.addDecimals(1); break;
     case 'D': model.addDecimals(-1); break;
     case 's': model.toggleSubframes(); break;
@@ -189,7 +202,7 @@ std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& st
   }
   ranked.insert(ranked.end(), {{2, messageLine(model, state)},
                                {kSpace, {}},
-                               {5, {.text = rates(model)}},
+                               {5, {.text = scales(model)}},
                                {6, {.text = rules(model)}},
                                {6, {.text = "  " + model.range()}},
                                {kSpace, {}}});

@@ -55,7 +55,7 @@ int run(std::span<const std::string_view> arguments) {
     field::runTerminalForm(model, options.save.value_or(""));
   } else {
     std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
-    const auto result = field::runScriptedForm(model, std::cin, std::cout);
+    const auto result = field::runScriptedForm(model, options.inAllFormats, std::cin, std::cout);
     if (!result) return failed("cannot read the entries or write the answers");
     failures = *result;
   }

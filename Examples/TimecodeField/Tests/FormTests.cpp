@@ -139,7 +139,7 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       // Selecting
       {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight, "00:00:00;00 | ^^ minutes"},
       {"the next format", "--value=1:02:03:04", "\t", "01:02:03.119 | ^^ seconds"},
-      {"round and back", "--value=1:02:03:04", kBackTab + kBackTab, "178709731 | ^^^ samples"},
+      {"round and back", "--value=1:02:03:04", kBackTab + kBackTab, "1861  3  1 229 | ^^ beats"},
       {"first and last", "--subframes", kHome + "01" + kEnd + "02", "01:00:00;00.02 | ^^ subframes"},
       {"a segment goes", "--subframes", kEnd + "s", "00:00:00;00 | ^^ frames"},
       {"three frame digits", "--mode=119.88df --quarter-frames", kEnd, "00:00:00;000/0 | ^ quarter frames"},
@@ -192,12 +192,27 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       {"an entry is left", "--format=seconds", "1.5\t" + kBackTab, "1.500000 | ^ seconds"},
       {"one that fails is not", "", "\rabc\t", "00:00:00;00 | entry: abc  | error: Illegal characters."},
       {"audio rate", "--mode=25 --format=samples --value=48000", "a44100\r", "44100 | ^^^ samples"},
+      {"an entry of bars", "--format=bars", "3.2.1.120\r" + kUp + kEnd + kPageDown, "3  3  1 110 | ^^^ ticks"},
+      {"no bars below zero", "--format=bars --negatives --value=0.1", kDown + kDown,
+       "error: Bars and beats count from zero up. | beats"},
+      {"but anew", "--format=bars --negatives --value=0.1", kDown + kDown + "2",
+       "error: Bars and beats count from zero up. | entry: 2 "},
+      {"an entry of feet", "--format=feet", "12+05\r6\t" + kBackTab + kLeft + kUp, "0013+06 | ^^^^ feet"},
+      {"feet of unequal length", "--format=feet --film=35mm_3perf --value=2+21", "0+05\r", "0000+05 | ^^ frames"},
+      {"bars of no whole ticks", "--format=bars --mode=25 --tempo=132.7", "4.1.1.1\r", "4  1  1   1 | ^^ beats"},
+      {"film", "--format=feet --value=100+00",
+       "gG"
+       "G",
+       "0040+00 | ^^ frames"},
+      {"tempo", "--format=bars --value=8.1", "t60\rT3/4\r", "10  3  1   0 | ^^ beats"},
+      {"half a signature", "", "T6\r",
+       "00:00:00;00 | signature: 6  | error: A signature is two numbers from 1 to 99, such as 6/8."},
       {"none", "", "a0\r",
        "00:00:00;00 | audio rate: 0  | error: An audio rate is a whole number of samples a second, up to 10000000."},
       {"no samples below zero", "--negatives --value=-1", "\t\t\t" + kLeft + kUp,
        "error: No SMPTE 272M audio frames conversion of negative time value | samples | error: No SMPTE 272M audio "
        "frames conversion of negative time value"},
-      {"but from there", "--negatives --value=-1", "\t\t\t512\r", "512 | ^^^ samples"},
+      {"but anew", "--negatives --value=-1", "\t\t\t512\r", "512 | ^^^ samples"},
       // Settings
       {"no file", "", "w", "00:00:00;00 | ^^ frames | no file to save in: start with --save FILE"},
       {"the label stays", "--value=1:2:3:4 --mode=25", "mmm", "01:02:03;04 | ^^ frames"},
@@ -270,15 +285,16 @@ TEST(TimecodeFieldForm, ShowsWhatMattersInASmallWindow) {
   Field field("--value=1:00:12:04 --max=2:0:0:0 --interpretation=discarding");
   const auto text = [&] {
     std::string all;
-    for (const auto& line : screenLines(*field.model, field.state, {40, 12})) all += line.text + '\n';
+    for (const auto& line : screenLines(*field.model, field.state, {40, 14})) all += line.text + '\n';
     return all;
   };
   for (const auto* part : {"smpte    01:00:12;04\n", "\n                    ^^ frames\n", "seconds  3612.141867\n",
-                           "29.97df  48000 Hz", "discarding", "from 00:00:00;00 to 02:00:00;00\n"}) {
+                           "29.97df  48000 Hz  35mm_4perf  120 bpm", "discarding", "feet     6766+00\n",
+                           "from 00:00:00;00 to 02:00:00;00\n"}) {
     EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
   }
   field.send("?");
-  for (const auto* part : {"01:00:12;04\n", "interpretation", "[ ] minimum", "? q all keys, quit"}) {
+  for (const auto* part : {"01:00:12;04\n", "interpretation", "[ ] minimum", "w ? q save, all keys, quit"}) {
     EXPECT_NE(text().find(part), std::string::npos) << part << "\n" << text();
   }
 }
@@ -350,7 +366,8 @@ TEST(TimecodeFieldModel, KeepsWhatFails) {
 TEST(TimecodeFieldFile, HoldsValueAndSettings) {
   const std::string path = testing::TempDir() + "TimecodeField-" + std::to_string(std::random_device()());
   const Field saved(
-      "--mode=119.88 --audio-rate=44100 --decimals=2 --interpretation=discarding --negatives --quarter-frames "
+      "--mode=119.88 --audio-rate=44100 --film=16mm --tempo=132.7 --signature=7/8 --decimals=2 "
+      "--interpretation=discarding --negatives --quarter-frames "
       "--rollover=off --min=-25:00:00.00 --max=25:00:00.00 --value=-1:02:03.50 --format=hms");
   std::string error;
   ASSERT_TRUE(saveField(*saved.model, path, &error)) << error;
@@ -407,6 +424,10 @@ TEST(TimecodeFieldOptions, SayWhatIsWrong) {
       {{"--mode="}, "--mode \"\": The modes are "},
       {{"--format=film"}, "--format \"film\": The formats are smpte, hms, "},
       {{"--audio-rate=0"}, "--audio-rate \"0\": An audio rate is a whole number"},
+      {{"--film=8mm"}, "--film \"8mm\": The films are 16mm, 35mm_4perf, "},
+      {{"--tempo=0.5"}, "--tempo \"0.5\": A tempo is a number of beats a minute, from 1 to 1000."},
+      {{"--tempo=120bpm"}, "--tempo \"120bpm\": A tempo is"},
+      {{"--signature=4/0"}, "--signature \"4/0\": A signature is"},
       {{"--decimals=10"}, "--decimals \"10\": Decimal places are from 0 to 9."},
       {{"--interpretation", "both"}, "--interpretation \"both\": It is preserving or discarding."},
       {{"--rollover=yes"}, "--rollover \"yes\": It is on or off."},

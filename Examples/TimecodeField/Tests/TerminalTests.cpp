@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -63,19 +64,21 @@ class Session {
     close(ours_);
     close(terminal_);
     setenv("TERM", "xterm", 1);
-    execl(QUILL_EXAMPLE_PROGRAM, QUILL_EXAMPLE_PROGRAM, "--value=1:02:03:04", nullptr);
+    execl(QUILL_EXAMPLE_PROGRAM, QUILL_EXAMPLE_PROGRAM, "--value=1:02:03:04", ("--save=" + file_).c_str(), nullptr);
     _exit(127);
   }
   ~Session() {
     if (process_ > 0) kill(process_, SIGKILL), waitpid(process_, nullptr, 0);
     if (ours_ >= 0) close(ours_);
     if (terminal_ >= 0) close(terminal_);
+    std::filesystem::remove(file_);
   }
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   pid_t process() const { return process_; }
   const std::string& output() const { return output_; }
+  bool hasSaved() const { return std::filesystem::exists(file_); }
 
   void resize(unsigned short columns, unsigned short rows) const {
     winsize size = {};
@@ -142,6 +145,7 @@ class Session {
   termios found_ = {};
   pid_t process_ = -1;
   std::string output_;
+  const std::string file_ = testing::TempDir() + "TimecodeFieldTerminal-" + std::to_string(getpid());
 };
 
 TEST(TimecodeFieldTerminal, ShowsWhatKeysDo) {
@@ -164,6 +168,9 @@ TEST(TimecodeFieldTerminal, ShowsWhatKeysDo) {
   EXPECT_TRUE(session.shows("01:03:01;14"));
   session.send("m");
   EXPECT_TRUE(session.shows("01:03:01:14"));
+  session.send("w");
+  EXPECT_TRUE(session.shows("saved in "));
+  EXPECT_TRUE(session.hasSaved());
 
   session.send("");
   session.resize(9, 1);
@@ -199,6 +206,7 @@ TEST(TimecodeFieldTerminal, IsLeftAsFound) {
       EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == row.endsWith);
     EXPECT_TRUE(session.attributesAreAsFound());
     EXPECT_TRUE(session.output().ends_with(kLeave)) << session.output();
+    EXPECT_EQ(session.hasSaved(), row.endsWith == 0);
   }
 }
 
