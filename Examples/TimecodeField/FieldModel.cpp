@@ -36,6 +36,19 @@ Ref<Timecode> fieldValue(const Ref<Object>& result, std::string* error) {
   return std::static_pointer_cast<Timecode>(result);
 }
 
+// False for an entry with a number that is too long for its format.
+bool numbersAreShort(std::string_view entry, QKTimecodeFormat format, std::string* error) {
+  std::size_t digits = 0;
+  for (const char c : entry) {
+    digits = c >= '0' && c <= '9' ? digits + 1 : 0;
+    if (digits > kRows[format].digits) {
+      *error = "Too many digits.";
+      return false;
+    }
+  }
+  return true;
+}
+
 // Reads an entry over a value. Parsing passes over what it cannot read behind the last field; an editor does not: it lets
 // nothing stand that its formatter finds illegal.
 //
@@ -46,6 +59,7 @@ bool parse(QKTimecodeFormatter& formatter, std::string_view entry, const Ref<Tim
   entry.remove_prefix(std::min(entry.find_first_not_of(" \t"), entry.size()));
   const bool isAmount = entry.starts_with('+') || entry.starts_with('-');
   const QKTimecodeFormat format = formatter.timecodeFormat();
+  if (!numbersAreShort(entry, format, error)) return false;
   formatter.setCurrentTimecode(start);
   if (format == QKTimecodeFormatBarsBeats && !isAmount && !entry.empty()) {
     start->clearTimecode();                                  // such an entry keeps nothing of the value before
@@ -107,7 +121,7 @@ bool FieldModel::attempt(const Operation& operation) {
   } catch (const InternalInconsistencyFailure& failure) {
     error = failure.what();
   }
-  return fail(firstLine(error));
+  return fail(error.empty() ? "That is no entry." : firstLine(error));  // a deputy may fail without a word
 }
 
 bool FieldModel::fail(std::string_view text) {
@@ -328,7 +342,8 @@ bool FieldModel::setSegment(const std::string& text, const Timecode& start) {
       return false;
     }
     Ref<Object> result;
-    return formatter_.getObjectValueForSegmentWithTag(&result, text, tag_, edited.get(), error) &&
+    return numbersAreShort(text, formatter_.timecodeFormat(), error) &&
+           formatter_.getObjectValueForSegmentWithTag(&result, text, tag_, edited.get(), error) &&
            accept(result, error);
   });
 }

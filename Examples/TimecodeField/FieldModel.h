@@ -26,18 +26,25 @@ using Timecode = quill::QKExtendedTimecode;
 struct Row {
   quill::QKTimecodeFormat format;
   std::string_view name;
+  // Digits that a number in an entry may have, so that 64 bits of ticks hold it; the first two formats stop by themselves.
+  std::size_t digits;
   std::string_view segments[7];  // their names, by tag
 };
 
+inline constexpr std::size_t kAnyDigits = std::string_view::npos;
+
 // Row i is format i.
 inline constexpr Row kRows[] = {
-    {quill::QKTimecodeFormatSMPTE, "smpte", {"hours", "minutes", "seconds", "frames", "subframes", "quarter frames"}},
-    {quill::QKTimecodeFormatHMS, "hms", {"hours", "minutes", "seconds", "fraction"}},
-    {quill::QKTimecodeFormatVideoFrames, "frames", {"frames", "thousands", "millions", "billions"}},
-    {quill::QKTimecodeFormatAudioFrames, "samples", {"samples", "thousands", "millions", "billions"}},
-    {quill::QKTimecodeFormatSeconds, "seconds", {"seconds", "thousands", "millions", "billions"}},
-    {quill::QKTimecodeFormatBarsBeats, "bars", {"bars", "beats", "divisions", "ticks"}},
-    {quill::QKTimecodeFormatFeetFrames, "feet", {"feet", "frames", "quarter frames"}},
+    {quill::QKTimecodeFormatSMPTE,
+     "smpte",
+     kAnyDigits,
+     {"hours", "minutes", "seconds", "frames", "subframes", "quarter frames"}},
+    {quill::QKTimecodeFormatHMS, "hms", kAnyDigits, {"hours", "minutes", "seconds", "fraction"}},
+    {quill::QKTimecodeFormatVideoFrames, "frames", 10, {"frames", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatAudioFrames, "samples", 12, {"samples", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatSeconds, "seconds", 9, {"seconds", "thousands", "millions", "billions"}},
+    {quill::QKTimecodeFormatBarsBeats, "bars", 8, {"bars", "beats", "divisions", "ticks"}},
+    {quill::QKTimecodeFormatFeetFrames, "feet", 8, {"feet", "frames", "quarter frames"}},
 };
 
 struct Message {

@@ -200,6 +200,9 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
       {"an entry of feet", "--format=feet", "12+05\r6\t" + kBackTab + kLeft + kUp, "0013+06 | ^^^^ feet"},
       {"feet of unequal length", "--format=feet --film=35mm_3perf --value=2+21", "0+05\r", "0000+05 | ^^ frames"},
       {"bars of no whole ticks", "--format=bars --mode=25 --tempo=132.7", "4.1.1.1\r", "4  1  1   1 | ^^ beats"},
+      {"too far for 64 bits of ticks", "--format=feet", "\r999999999.5\r",
+       "0000+00 | entry: 999999999.5  | error: Too many digits."},
+      {"a sign alone", "--format=bars", "+\r", "0  1  1   0 | entry: +  | error: That is no entry."},
       {"film", "--format=feet --value=100+00",
        "gG"
        "G",
