@@ -106,7 +106,7 @@ bool saveField(const FieldModel& model, const std::string& path, std::string* er
     replaceFile(path, archivedField(model));
     return true;
   } catch (const std::exception& problem) {
-    *error = "cannot save \"" + firstLine(path) + "\": " + reason(problem);
+    *error = "cannot save " + examples::quoted(path) + ": " + reason(problem);
     return false;
   }
 }
@@ -116,7 +116,7 @@ bool loadField(const std::string& path, FieldModel* model, std::string* error) {
     restoreField(readFile(path), model);
     return true;
   } catch (const std::exception& problem) {
-    *error = "cannot load \"" + firstLine(path) + "\": " + reason(problem);
+    *error = "cannot load " + examples::quoted(path) + ": " + reason(problem);
     return false;
   }
 }

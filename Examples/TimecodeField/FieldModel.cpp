@@ -75,12 +75,6 @@ bool parse(QKTimecodeFormatter& formatter, std::string_view entry, const Ref<Tim
 
 }  // namespace
 
-std::string firstLine(std::string_view text) {
-  std::string line(text.substr(0, text.find('\n')));
-  std::erase_if(line, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
-  return line;
-}
-
 FieldModel::FieldModel()
     : value_(std::make_shared<Timecode>(Number(0), QKTimecodeBestTimeRate, QKSMPTETimecodeMode_2997Drop, 48000)) {
   formatter_.setDefaultObjectPrototype(zero());

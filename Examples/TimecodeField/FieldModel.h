@@ -9,6 +9,7 @@
 // Rooms: Settings; Value; Segments; Typing; Storage.
 #pragma once
 
+#include "../Shared/Parameters.h"
 #include "Framework/QKExtendedTimecode.h"
 #include "Framework/QKTimecodeFormatter.h"
 
@@ -58,14 +59,7 @@ struct FieldText {
   quill::Range selected;
 };
 
-// The first line of a text for people, without control characters.
-std::string firstLine(std::string_view text);
-
-// "23.976 duration", ..., in the order of the table.
-std::string modeList(std::string_view separator);
-
-// "35mm_4perf"
-std::string_view filmName(quill::QKFilmType type);
+using examples::firstLine;
 
 class FieldModel {
  public:

@@ -2,7 +2,6 @@
 #include "FieldModel.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace field {
 
@@ -11,8 +10,8 @@ using namespace quill;
 namespace {
 
 constexpr std::int64_t kHighestAudioRate = 10000000;
-constexpr double kLowestTempo = 1, kHighestTempo = 1000;
-constexpr std::int64_t kHighestSignature = 99;  // either number
+constexpr double kLowestTempo = 1, kHighestTempo = 10000;
+constexpr std::int64_t kHighestSignature = 1000;  // either number
 constexpr std::int64_t kMostDecimals = 9;
 
 constexpr std::int64_t kRowCount = std::ssize(kRows);
@@ -24,33 +23,9 @@ std::int64_t inRound(std::int64_t place, std::int64_t count, std::int64_t size) 
   return (place + count % size + size) % size;
 }
 
-// A text of digits alone, within the limits.
-std::optional<std::int64_t> wholeNumber(std::string_view text, std::int64_t lowest, std::int64_t highest) {
-  if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
-  const std::int64_t number = saturatingInt64(text);
-  return number >= lowest && number <= highest ? std::optional(number) : std::nullopt;
-}
-
 constexpr std::string_view onOrOff(bool isOn) { return isOn ? "on" : "off"; }
 
-template <class Rows, class Name>
-std::string list(const Rows& rows, std::string_view separator, const Name& nameOf) {
-  std::string names;
-  for (const auto& row : rows) names.append(names.empty() ? "" : separator).append(nameOf(row));
-  return names;
-}
-
 }  // namespace
-
-std::string modeList(std::string_view separator) {
-  return list(kTimecodeModeTable, separator, [](const TimecodeModeRow& row) { return row.shortName; });
-}
-
-std::string_view filmName(QKFilmType type) {
-  constexpr std::string_view kPrefix = "QKFilmType_";
-  const FilmTypeRow* const row = filmTypeRow(type);
-  return row ? row->name.substr(kPrefix.size()) : "";
-}
 
 // Of an archive they may be anything.
 bool FieldModel::hasSoundSettings(const Timecode& timecode) {
@@ -64,12 +39,10 @@ bool FieldModel::hasSoundSettings(const Timecode& timecode) {
 // ---- Format ----
 
 bool FieldModel::setFormat(std::string_view name) {
-  for (const Row& row : kRows) {
-    if (row.name != name) continue;
-    changeFormat(row.format);
-    return true;
-  }
-  return fail("The formats are " + list(kRows, ", ", [](const Row& row) { return row.name; }) + ".");
+  const auto* const row = std::ranges::find(kRows, name, &Row::name);
+  if (row == std::end(kRows)) return fail("The formats are smpte, hms, frames, samples, seconds, bars and feet.");
+  changeFormat(row->format);
+  return true;
 }
 
 void FieldModel::cycleFormat(std::int64_t count) {
@@ -83,7 +56,7 @@ void FieldModel::changeFormat(QKTimecodeFormat format) {
 }
 
 bool FieldModel::setDecimals(std::string_view places) {
-  const auto number = wholeNumber(places, 0, kMostDecimals);
+  const auto number = examples::wholeNumber(places, 0, kMostDecimals);
   if (!number) return fail("Decimal places are from 0 to 9.");
   formatter_.setHMSSecondsDecimalPlaces(*number);
   formatter_.setODTSecondsDecimalPlaces(static_cast<std::uint64_t>(*number));
@@ -138,9 +111,8 @@ void FieldModel::toggleRollover() { setRollover(onOrOff(!formatter_.SMPTEHas24Ho
 // ---- Value ----
 
 bool FieldModel::setMode(std::string_view name) {
-  const auto mode = timecodeModeNamed(name);
-  if (!mode || !timecodeModeRow(*mode)) return fail("The modes are " + modeList(", ") + ".");
-  return changeMode(*mode);
+  const auto mode = examples::modeFrom(name);
+  return mode ? changeMode(*mode) : fail("The modes are " + examples::modeList(", ") + ".");
 }
 
 bool FieldModel::cycleMode(std::int64_t count) {
@@ -152,16 +124,14 @@ bool FieldModel::changeMode(QKSMPTETimecodeMode mode) {
 }
 
 bool FieldModel::setAudioRate(std::string_view rate) {
-  const auto number = wholeNumber(rate, 1, kHighestAudioRate);
+  const auto number = examples::wholeNumber(rate, 1, kHighestAudioRate);
   if (!number) return fail("An audio rate is a whole number of samples a second, up to 10000000.");
   return change([&](Timecode& timecode) { timecode.setAudioFrameRate(static_cast<std::uint64_t>(*number)); });
 }
 
 bool FieldModel::setFilm(std::string_view name) {
-  for (const FilmTypeRow& row : kFilmTypeTable) {
-    if (filmName(row.type) == name) return changeFilm(row.type);
-  }
-  return fail("The films are " + list(kFilmTypeTable, ", ", [](const auto& row) { return filmName(row.type); }) + ".");
+  const auto type = examples::filmTypeFrom(name);
+  return type ? changeFilm(*type) : fail("The films are " + examples::filmTypeList(", ") + ".");
 }
 
 bool FieldModel::cycleFilm(std::int64_t count) {
@@ -173,29 +143,23 @@ bool FieldModel::changeFilm(QKFilmType type) {
 }
 
 bool FieldModel::setTempo(std::string_view text) {
-  Scanner scanner(text);
-  scanner.setDecimalSeparator(".");
-  double tempo = 0;
-  if (!scanner.scanDouble(&tempo) || !scanner.isAtEnd() || !(tempo >= kLowestTempo && tempo <= kHighestTempo)) {
-    return fail("A tempo is a number of beats a minute, from 1 to 1000.");
-  }
+  const auto tempo = examples::tempoFrom(text);
+  if (!tempo) return fail("A tempo is a number of beats a minute, from 1 to 10000.");
   return change([&](Timecode& timecode) {
     const MediaTime time = timecode.timeValue();
-    if (!timecode.isNegative()) return timecode.setTempo(tempo);
+    if (!timecode.isNegative()) return timecode.setTempo(*tempo);
     timecode.clearTimecode();  // bars and beats below zero say nothing
-    timecode.setTempo(tempo);
+    timecode.setTempo(*tempo);
     timecode.setTimeValue(time);
   });
 }
 
 bool FieldModel::setSignature(std::string_view signature) {
-  const std::size_t slash = std::min(signature.find('/'), signature.size());
-  const auto numerator = wholeNumber(signature.substr(0, slash), 1, kHighestSignature);
-  const auto denominator = wholeNumber(signature.substr(std::min(slash + 1, signature.size())), 1, kHighestSignature);
-  if (!numerator || !denominator) return fail("A signature is two numbers from 1 to 99, such as 6/8.");
+  const auto numbers = examples::timeSignatureFrom(signature);
+  if (!numbers) return fail("A signature is two numbers from 1 to 1000, such as 6/8.");
   return change([&](Timecode& timecode) {
-    timecode.setTimeSignatureNumerator(*numerator);
-    timecode.setTimeSignatureDenominator(*denominator);
+    timecode.setTimeSignatureNumerator(numbers->numerator);
+    timecode.setTimeSignatureDenominator(numbers->denominator);
   });
 }
 

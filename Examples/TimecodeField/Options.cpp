@@ -105,7 +105,7 @@ entry with --strict); 2 for a usage error.
 
 namespace {
 
-std::string quoted(std::string_view text) { return "\"" + firstLine(text) + "\""; }
+using examples::quoted;
 
 // What the field is asked for, in the order in which it is done.
 constexpr struct FieldOption {

@@ -112,7 +112,7 @@ std::string scales(const FieldModel& model) {
   text += "  ";
   appendInteger(text, value.audioFrameRate());
   text += " Hz  ";
-  text += filmName(value.filmType());
+  text += examples::shortName(*filmTypeRow(value.filmType()));
   text += "  ";
   appendShortest(text, value.tempo());
   text += " bpm  ";

@@ -38,7 +38,7 @@ int run(std::span<const std::string_view> arguments) {
   switch (options.action) {
     case Options::Action::Help: return printed(field::kHelp);
     case Options::Action::Version: return printed("TimecodeField " QUILL_EXAMPLE_VERSION "\n");
-    case Options::Action::ListModes: return printed(field::modeList("\n") + "\n");
+    case Options::Action::ListModes: return printed(examples::modeList("\n") + "\n");
     case Options::Action::Run: break;
   }
 
