@@ -17,8 +17,6 @@ using namespace quill;
 
 namespace {
 
-constexpr std::size_t kLongestEntry = 1000;
-
 // What the formatter gave, as a value that this field can have. Amounts that 64 bits of ticks cannot hold end at, or near,
 // the last tick that they can: the field ends halfway there, more than half a million hours from zero.
 Ref<Timecode> fieldValue(const Ref<Object>& result, std::string* error) {
@@ -264,7 +262,7 @@ FieldText FieldModel::shown() const {
     ++field.selected.location;
   }
   if (typing_ == Typing::Segment && !segmentIsSet_) {
-    std::string typed = typed_;
+    std::string typed = typed_.text();
     const auto width = formatter_.segmentFieldWidthForTag(tag_, value_.get());
     typed.resize(std::max(typed.size(), static_cast<std::size_t>(width)), '_');
     const auto start = static_cast<std::size_t>(segment.data() - field.text.data());
@@ -363,23 +361,21 @@ bool FieldModel::type(char character) {
 }
 
 bool FieldModel::typeIntoSegment(char character) {
-  const std::string text = typed_ + character;
+  const std::string text = typed_.text() + character;
   if (!segmentTakes(text)) return false;
   typing_ = Typing::Segment;
-  typed_ = text;
-  cursor_ = typed_.size();
+  typed_.type(character);
   const bool isFull = !segmentTakes(text + '0');
-  segmentIsSet_ = isFull && setSegment(typed_, *untypedValue_);
+  segmentIsSet_ = isFull && setSegment(typed_.text(), *untypedValue_);
   return true;
 }
 
 void FieldModel::typeIntoEntry(char character) {
-  if (typed_.size() >= kLongestEntry) {
+  if (typed_.type(character)) {
+    remarkOnEntry();
+  } else {
     fail("No entry is longer than that.");
-    return;
   }
-  typed_.insert(cursor_++, 1, character);
-  remarkOnEntry();
 }
 
 // What an editor would refuse to take is only remarked on, so that nothing typed or pasted gets lost.
@@ -387,7 +383,7 @@ void FieldModel::remarkOnEntry() {
   clearMessage();
   if (purpose_ != &kEntry) return;
   std::string error;
-  if (!formatter_.isPartialStringValid(typed_, nullptr, &error)) message_ = {error, !error.empty()};
+  if (!formatter_.isPartialStringValid(typed_.text(), nullptr, &error)) message_ = {error, !error.empty()};
 }
 
 void FieldModel::openEntry(const Purpose& purpose) {
@@ -401,10 +397,10 @@ bool FieldModel::confirm() {
   switch (typing_) {
     case Typing::Nothing: return true;
     case Typing::Segment:
-      if (!segmentIsSet_ && !setSegment(typed_, *untypedValue_)) return false;
+      if (!segmentIsSet_ && !setSegment(typed_.text(), *untypedValue_)) return false;
       break;
     case Typing::Entry:
-      if (typed_.find_first_not_of(' ') != std::string::npos && !(this->*purpose_->take)(typed_)) return false;
+      if (typed().find_first_not_of(' ') != std::string::npos && !(this->*purpose_->take)(typed())) return false;
       break;
   }
   endTyping();
@@ -422,39 +418,31 @@ void FieldModel::endTyping() {
   typing_ = Typing::Nothing;
   purpose_ = &kEntry;
   typed_.clear();
-  cursor_ = 0;
   segmentIsSet_ = false;
   untypedValue_ = nullptr;
 }
 
 void FieldModel::eraseBefore() {
   if (typing_ == Typing::Segment) {
-    std::string rest = typed_.substr(0, typed_.size() - 1);
+    std::string rest = typed().substr(0, typed().size() - 1);
     giveUp();
     for (const char character : rest) type(character);
-  } else if (typing_ == Typing::Entry && cursor_ > 0) {
-    typed_.erase(--cursor_, 1);
+  } else if (typing_ == Typing::Entry && cursor() > 0) {
+    typed_.eraseBefore();
     remarkOnEntry();
   }
 }
 
 void FieldModel::eraseAfter() {
   if (typing_ != Typing::Entry) return;
-  typed_.erase(cursor_, 1);
+  typed_.eraseAfter();
   remarkOnEntry();
 }
 
 void FieldModel::eraseAll() {
   if (typing_ == Typing::Segment) return giveUp();
   typed_.clear();
-  cursor_ = 0;
   clearMessage();
-}
-
-void FieldModel::moveCursorBy(std::int64_t count) {
-  const auto size = static_cast<std::int64_t>(typed_.size());  // [0, kLongestEntry]
-  const auto cursor = static_cast<std::int64_t>(cursor_);
-  cursor_ = static_cast<std::size_t>(cursor + std::clamp(count, -cursor, size - cursor));
 }
 
 }  // namespace field

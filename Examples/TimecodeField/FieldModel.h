@@ -12,6 +12,7 @@
 #include "../Shared/Parameters.h"
 #include "Framework/QKExtendedTimecode.h"
 #include "Framework/QKTimecodeFormatter.h"
+#include "ModelParts.h"
 
 #include <cstddef>
 #include <functional>
@@ -46,17 +47,6 @@ inline constexpr Row kRows[] = {
     {quill::QKTimecodeFormatSeconds, "seconds", 9, {"seconds", "thousands", "millions", "billions"}},
     {quill::QKTimecodeFormatBarsBeats, "bars", 8, {"bars", "beats", "divisions", "ticks"}},
     {quill::QKTimecodeFormatFeetFrames, "feet", 8, {"feet", "frames", "quarter frames"}},
-};
-
-struct Message {
-  std::string text;
-  bool isError = false;
-};
-
-// The row being edited as it is drawn: its text, and which characters of it are the selected segment.
-struct FieldText {
-  std::string text;
-  quill::Range selected;
 };
 
 using examples::firstLine;
@@ -176,14 +166,15 @@ class FieldModel {
   Typing typing() const { return typing_; }
   const Purpose& purpose() const { return *purpose_; }
   // What was typed, and the place in it where the next character goes.
-  const std::string& typed() const { return typed_; }
-  std::size_t cursor() const { return cursor_; }
+  const std::string& typed() const { return typed_.text(); }
+  std::size_t cursor() const { return typed_.cursor(); }
 
   // A printable ASCII character. False for one that nothing can be made of, which only an open entry takes all the same
   // and remarks on.
   bool type(char character);
   // Opens an empty entry.
   void openEntry(const Purpose& purpose);
+  void openEntry() { openEntry(kEntry); }
   // Takes what was typed. An entry that fails stays open; an empty one just closes.
   bool confirm();
   // Forgets what was typed, and what it has already set.
@@ -192,7 +183,7 @@ class FieldModel {
   void eraseAfter();
   void eraseAll();
   // Negative to the left, as far as the text goes.
-  void moveCursorBy(std::int64_t count);
+  void moveCursorBy(std::int64_t count) { typed_.moveCursorBy(count); }
 
  private:
   using Operation = std::function<bool(std::string* error)>;
@@ -232,8 +223,7 @@ class FieldModel {
   Message message_;
   Typing typing_ = Typing::Nothing;
   const Purpose* purpose_ = &kEntry;
-  std::string typed_;
-  std::size_t cursor_ = 0;             // in [0, typed_.size()]
+  EntryText typed_;
   bool segmentIsSet_ = false;          // typed_ is in value_ already
   quill::Ref<Timecode> untypedValue_;  // value_ before the typing
 };

@@ -12,7 +12,6 @@ namespace {
 constexpr std::int64_t kHighestAudioRate = 10000000;
 constexpr double kLowestTempo = 1, kHighestTempo = 10000;
 constexpr std::int64_t kHighestSignature = 1000;  // either number
-constexpr std::int64_t kMostDecimals = 9;
 
 constexpr std::int64_t kRowCount = std::ssize(kRows);
 constexpr std::int64_t kModeCount = std::ssize(kTimecodeModeTable);
@@ -228,15 +227,12 @@ std::string FieldModel::range() const {
     reach("-1000:00:00:00", &minimum);
     reach("+1000:00:00:00", &maximum);
   }
-  const auto text = [&](const Ref<Object>& end) {
+  const auto text = [&](const Ref<Object>& end) -> std::optional<std::string> {
     std::string shown;
-    render(formatter, format, static_cast<Timecode&>(*end), &shown);
-    return shown;
+    if (end) render(formatter, format, static_cast<Timecode&>(*end), &shown);
+    return end ? std::optional(shown) : std::nullopt;
   };
-  if (minimum && maximum) return "from " + text(minimum) + " to " + text(maximum);
-  if (minimum) return "from " + text(minimum) + " up";
-  if (maximum) return "up to " + text(maximum);
-  return "no limits";
+  return rangeText(text(minimum), text(maximum));
 }
 
 }  // namespace field

@@ -6,9 +6,9 @@ const std::string_view kHelp =
     R"(Usage: TimecodeField [option...]
        TimecodeField [option...] < entries
 
-One timecode, shown in seven formats and edited in any of them. In a terminal it
-is stepped and typed into; without one, or in one without cursor control
-(TERM=dumb), it reads entries from standard input.
+One timecode, shown in seven formats and edited in any of them, or one number.
+In a terminal it is stepped and typed into; without one, or in one without
+cursor control (TERM=dumb), it reads entries from standard input.
 
 Options
   --format NAME           the format that entries have, and the row that is
@@ -31,6 +31,9 @@ Options
   --quarter-frames        show quarter frames, 4 to a frame
   --rollover on|off       hours start again at 24 (on, the default), or an
                           smpte field ends at 99:59:59 and the last frame
+  --number digits|whole   a number instead, scrubbed digit by digit or as a
+                          whole; it has --value, --min, --max, --decimals (6
+                          or none by default), --all and --strict
   --load FILE             start with what was saved
   --save FILE             save at the end
   --all                   answer an entry in all formats, a line each
@@ -76,6 +79,11 @@ Entries from standard input
   \x00, a backslash as \\. Lines that are empty or blank are passed over.
   Warnings go to standard error.
 
+  A number is answered with
+    ENTRY  ->  TEXT
+  or, with --all, a line for each segment:
+    ENTRY  ->  SEGMENT  TEXT
+
 Keys in a terminal
   Left Right          select a segment
   Home End            select the first, the last
@@ -99,6 +107,21 @@ Keys in a terminal
   ?                   all keys, in a window that is too small for them
   q Ctrl-C Ctrl-D     quit; Ctrl-Z stops for a while
 
+Keys of a number
+  As above, but for these:
+  Left Right          with digits, select one; to a whole number with decimals,
+                      add a tenth
+  Up Down             step the digit, or the whole number by one. A digit steps
+                      also in front of the number, where "_" stands for it. A
+                      step through zero keeps the digits below: ten less than
+                      3.25 is -3.25
+  Tab Shift-Tab       change between digits and whole
+  0-9                 type into the digit, where it counts as units: 5 typed
+                      into the tens of 123 gives 108. Of a whole number it
+                      starts an entry, as - and the decimal point do of either
+  Delete              make the number 0
+  Of the letters only d, D and q have a meaning.
+
 Exit status: 0; 1 when something failed (reading, writing, loading, saving, an
 entry with --strict); 2 for a usage error.
 )";
@@ -107,27 +130,32 @@ namespace {
 
 using examples::quoted;
 
-// What the field is asked for, in the order in which it is done.
+template <class Model>
+using Setter = bool (Model::*)(std::string_view text);
+
+// What the field is asked for, in the order in which it is done. None for a model that does not have it.
 constexpr struct FieldOption {
   std::string_view name;
-  bool (FieldModel::*set)(std::string_view text);
+  Setter<FieldModel> set;
+  Setter<NumberModel> setNumber = nullptr;
   std::string_view text = {};  // of an option that takes no value
 } kFieldOptions[] = {
+    {"--number", nullptr, &NumberModel::setScrubbing},
     {"--mode", &FieldModel::setMode},
     {"--audio-rate", &FieldModel::setAudioRate},
     {"--film", &FieldModel::setFilm},
     {"--tempo", &FieldModel::setTempo},
     {"--signature", &FieldModel::setSignature},
     {"--format", &FieldModel::setFormat},
-    {"--decimals", &FieldModel::setDecimals},
+    {"--decimals", &FieldModel::setDecimals, &NumberModel::setDecimals},
     {"--interpretation", &FieldModel::setInterpretation},
-    {"--negatives", &FieldModel::setNegatives, "on"},
-    {"--subframes", &FieldModel::setSubframes, "on"},
-    {"--quarter-frames", &FieldModel::setQuarterFrames, "on"},
+    {"--negatives", &FieldModel::setNegatives, nullptr, "on"},
+    {"--subframes", &FieldModel::setSubframes, nullptr, "on"},
+    {"--quarter-frames", &FieldModel::setQuarterFrames, nullptr, "on"},
     {"--rollover", &FieldModel::setRollover},
-    {"--min", &FieldModel::setMinimum},
-    {"--max", &FieldModel::setMaximum},
-    {"--value", &FieldModel::setValue},
+    {"--min", &FieldModel::setMinimum, &NumberModel::setMinimum},
+    {"--max", &FieldModel::setMaximum, &NumberModel::setMaximum},
+    {"--value", &FieldModel::setValue, &NumberModel::takeEntry},
 };
 
 constexpr struct {
@@ -153,6 +181,20 @@ const Option* find(const Option (&options)[count], std::string_view name) {
     if (option.name == name) return &option;
   }
   return nullptr;
+}
+
+template <class Model>
+bool prepare(const Options& options, Setter<Model> FieldOption::*setter, Model* model, std::string* error) {
+  for (const FieldOption& option : kFieldOptions) {
+    const auto given = options.field.find(option.name);
+    if (given == options.field.end()) continue;
+    const Setter<Model> set = option.*setter;
+    if (set && (model->*set)(given->second)) continue;
+    *error = std::string(option.name);
+    *error += set ? " " + quoted(given->second) + ": " + model->message().text : " is not for numbers";
+    return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -197,17 +239,19 @@ bool parseOptions(std::span<const std::string_view> arguments, Options* options,
     *error = "--subframes and --quarter-frames exclude each other";
     return false;
   }
+  if (options->isNumber() && (options->load || options->save)) {
+    *error = "--load and --save are not for numbers";
+    return false;
+  }
   return true;
 }
 
 bool prepareField(const Options& options, FieldModel* model, std::string* error) {
-  for (const FieldOption& option : kFieldOptions) {
-    const auto given = options.field.find(option.name);
-    if (given == options.field.end() || (model->*option.set)(given->second)) continue;
-    *error = std::string(option.name) + " " + quoted(given->second) + ": " + model->message().text;
-    return false;
-  }
-  return true;
+  return prepare(options, &FieldOption::set, model, error);
+}
+
+bool prepareField(const Options& options, NumberModel* model, std::string* error) {
+  return prepare(options, &FieldOption::setNumber, model, error);
 }
 
 }  // namespace field

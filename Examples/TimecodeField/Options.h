@@ -2,6 +2,7 @@
 #pragma once
 
 #include "FieldModel.h"
+#include "NumberModel.h"
 
 #include <map>
 #include <optional>
@@ -20,6 +21,8 @@ struct Options {
   std::optional<std::string> save;
   bool strict = false;
   bool inAllFormats = false;
+
+  bool isNumber() const { return field.contains("--number"); }  // instead of a timecode
 };
 
 // Reads the arguments behind the program's name. False with a sentence that says what is wrong. Help, version and the
@@ -29,6 +32,7 @@ bool parseOptions(std::span<const std::string_view> arguments, Options* options,
 // Gives a field the settings, the bounds and the value asked for; the others it keeps. False with a sentence that says
 // what is wrong.
 bool prepareField(const Options& options, FieldModel* model, std::string* error);
+bool prepareField(const Options& options, NumberModel* model, std::string* error);
 
 extern const std::string_view kHelp;
 

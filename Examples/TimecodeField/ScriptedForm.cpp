@@ -31,21 +31,32 @@ std::string printable(std::string_view text) {
 
 namespace {
 
+void addColumns(std::string& lines, const std::string& start, std::string_view name, std::string_view text) {
+  const std::size_t end = lines.size() + start.size() + std::max(name.size(), std::string_view("seconds").size());
+  lines.append(start).append(name);
+  lines.resize(end, ' ');
+  lines.append("  ").append(text) += '\n';
+}
+
 // The value in one format, or in all of them, a line each.
 std::string answer(const FieldModel& model, const std::string& start, bool inAllFormats) {
   if (!inAllFormats) return start + model.text() + "  frame " + model.frames() + "  " + model.seconds() + " s\n";
   std::string lines;
-  for (const Row& row : kRows) {
-    std::string name(row.name);
-    name.resize(std::string_view("seconds").size(), ' ');
-    lines += start + name + "  " + model.text(row.format) + '\n';
-  }
+  for (const Row& row : kRows) addColumns(lines, start, row.name, model.text(row.format));
+  return lines;
+}
+
+std::string answer(const NumberModel& model, const std::string& start, bool inSegments) {
+  if (!inSegments) return start + model.text() + '\n';
+  std::string lines;
+  for (const NumberSegment& segment : model.segments()) addColumns(lines, start, segment.name, segment.text);
   return lines;
 }
 
 }  // namespace
 
-std::optional<std::uint64_t> runScriptedForm(FieldModel& model, bool inAllFormats, std::istream& input,
+template <class Model>
+std::optional<std::uint64_t> runScriptedForm(Model& model, bool inAllFormats, std::istream& input,
                                              std::ostream& output) {
   std::uint64_t failures = 0;
   std::string entry;
@@ -66,5 +77,8 @@ std::optional<std::uint64_t> runScriptedForm(FieldModel& model, bool inAllFormat
   if (input.bad() || !output) return std::nullopt;
   return failures;
 }
+
+template std::optional<std::uint64_t> runScriptedForm(FieldModel&, bool, std::istream&, std::ostream&);
+template std::optional<std::uint64_t> runScriptedForm(NumberModel&, bool, std::istream&, std::ostream&);
 
 }  // namespace field

@@ -5,6 +5,7 @@
 #include "Platform/Reports.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace field {
@@ -16,10 +17,12 @@ namespace {
 // How long the rest of a key's sequence may take to come. After that an escape character was the Escape key.
 constexpr int kKeyMilliseconds = 50;
 
-constexpr struct {
+struct KeyRow {
   std::string_view keys;
   std::string_view meaning;
-} kKeys[] = {
+};
+
+constexpr KeyRow kFieldKeys[] = {
     {"Left Right", "segment"},
     {"Up Down", "step"},
     {"PgUp PgDn", "ten steps"},
@@ -40,24 +43,42 @@ constexpr struct {
     {"w ? q", "save, all keys, quit"},
 };
 
+constexpr KeyRow kNumberKeys[] = {
+    {"Left Right", "digit, or a tenth"},
+    {"Up Down", "step"},
+    {"PgUp PgDn", "ten steps"},
+    {"Tab", "by digits, or whole"},
+    {"0-9", "type"},
+    {"- .", "whole entry"},
+    {"Enter", "take it, or start one"},
+    {"Esc", "give up"},
+    {"Del", "zero"},
+    {"d D", "decimals"},
+    {"[ ]", "minimum, maximum here"},
+    {"? q", "all keys, quit"},
+};
+
+std::span<const KeyRow> keysOf(const FieldModel&) { return kFieldKeys; }
+std::span<const KeyRow> keysOf(const NumberModel&) { return kNumberKeys; }
+
 // The keys in two columns, or, where there is no room for that, one after the other.
-std::vector<std::string> keyLines(std::size_t columns, std::size_t rows) {
+std::vector<std::string> keyLines(std::span<const KeyRow> allKeys, std::size_t columns, std::size_t rows) {
   constexpr std::size_t kKeysWidth = 16, kWidth = 40;
-  constexpr std::size_t kHalf = (std::size(kKeys) + 1) / 2;
+  const std::size_t half = (allKeys.size() + 1) / 2;
   std::vector<std::string> lines;
-  if (columns >= 2 * kWidth - 2 && rows >= kHalf) {
-    lines.resize(kHalf);
-    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
-      std::string& line = lines[i % kHalf];
-      const std::size_t start = i / kHalf * kWidth;  // 0 or kWidth
+  if (columns >= 2 * kWidth - 2 && rows >= half) {
+    lines.resize(half);
+    for (std::size_t i = 0; i < allKeys.size(); ++i) {
+      std::string& line = lines[i % half];
+      const std::size_t start = i / half * kWidth;  // 0 or kWidth
       line.resize(start, ' ');
-      line += kKeys[i].keys;
+      line += allKeys[i].keys;
       line.resize(start + kKeysWidth, ' ');
-      line += kKeys[i].meaning;
+      line += allKeys[i].meaning;
     }
     return lines;
   }
-  for (const auto& [keys, meaning] : kKeys) {
+  for (const auto& [keys, meaning] : allKeys) {
     const std::string item = std::string(keys) + " " + std::string(meaning);
     if (lines.empty() || lines.back().size() + 2 + item.size() > columns) {
       lines.push_back(item);
@@ -68,15 +89,28 @@ std::vector<std::string> keyLines(std::size_t columns, std::size_t rows) {
   return lines;
 }
 
+// In a window too small for all lines those with the highest ranks are left out first.
+struct RankedLine {
+  int rank;
+  ScreenLine line;
+};
+
+constexpr int kSpace = 9;
+
 // Room for the names of the formats at the left, in a window that has it.
 std::size_t nameWidth(std::size_t columns) { return columns < 30 ? 0 : 9; }
 
-// One format of the value; the one being edited is bold, its selected segment in reverse.
-ScreenLine rowLine(const FieldModel& model, const Row& row, std::size_t columns) {
+std::string nameText(std::string_view name, std::size_t columns) {
   std::string text = "  ";
-  if (nameWidth(columns) > 0) text += row.name;
+  if (nameWidth(columns) > 0) text += name;
   text.resize(2 + nameWidth(columns), ' ');
-  if (row.format != model.formatter().timecodeFormat()) return {.text = text + model.text(row.format)};
+  return text;
+}
+
+// What is being edited: bold, its selected segment in reverse.
+template <class Model>
+ScreenLine editedLine(const Model& model, std::string_view name, std::size_t columns) {
+  const std::string text = nameText(name, columns);
   const FieldText field = model.shown();
   return {.text = text + field.text,
           .marked = {text.size() + field.selected.location, field.selected.length},
@@ -84,23 +118,48 @@ ScreenLine rowLine(const FieldModel& model, const Row& row, std::size_t columns)
 }
 
 // Below it: which segment is selected, for eyes and terminals that do not see it in reverse.
-ScreenLine markerLine(const FieldModel& model, std::size_t columns) {
+template <class Model>
+ScreenLine markerLine(const Model& model, std::size_t columns) {
   const quill::Range selected = model.shown().selected;
   std::string text(2 + nameWidth(columns) + static_cast<std::size_t>(selected.location), ' ');
   text.append(static_cast<std::size_t>(selected.length), '^');
   return {.text = text.append(" ").append(model.selectedName())};
 }
 
+std::string_view entryName(const FieldModel& model) { return model.purpose().name; }
+std::string_view entryName(const NumberModel&) { return "entry"; }
+
 // Or what is being entered, and its cursor; of a long one, the part around it.
-ScreenLine entryLine(const FieldModel& model, std::size_t columns) {
-  const std::string prompt = "  " + std::string(model.purpose().name) + ": ";
+template <class Model>
+ScreenLine entryLine(const Model& model, std::size_t columns) {
+  const std::string prompt = "  " + std::string(entryName(model)) + ": ";
   const std::size_t room = std::max(columns, prompt.size() + 2) - prompt.size();
   const std::size_t start = model.cursor() < room ? 0 : model.cursor() - room + 1;
   return {.text = prompt + model.typed().substr(start) + ' ', .marked = {prompt.size() + model.cursor() - start, 1}};
 }
 
-ScreenLine messageLine(const FieldModel& model, const FormState& state) {
-  const Message& message = model.message();
+template <class Model>
+void addEditedLines(std::vector<RankedLine>& lines, const Model& model, std::string_view name, std::size_t columns) {
+  const bool isEntry = model.typing() == Model::Typing::Entry;
+  lines.push_back({0, editedLine(model, name, columns)});
+  lines.push_back({3, isEntry ? entryLine(model, columns) : markerLine(model, columns)});
+}
+
+void addRows(std::vector<RankedLine>& lines, const FieldModel& model, std::size_t columns) {
+  for (const Row& row : kRows) {
+    if (row.format == model.formatter().timecodeFormat()) {
+      addEditedLines(lines, model, row.name, columns);
+    } else {
+      lines.push_back({4, {.text = nameText(row.name, columns) + model.text(row.format)}});
+    }
+  }
+}
+
+void addRows(std::vector<RankedLine>& lines, const NumberModel& model, std::size_t columns) {
+  addEditedLines(lines, model, model.scrubbing(), columns);
+}
+
+ScreenLine messageLine(const Message& message, const FormState& state) {
   if (message.text.empty()) return {.text = "  " + state.status};
   return {.text = (message.isError ? "  error: " : "  ") + message.text, .isBold = message.isError};
 }
@@ -132,7 +191,15 @@ std::string rules(const FieldModel& model) {
   return text;
 }
 
-void editEntry(FieldModel& model, const Key& key) {
+void addSettings(std::vector<RankedLine>& lines, const FieldModel& model) {
+  lines.push_back({5, {.text = scales(model)}});
+  lines.push_back({6, {.text = rules(model)}});
+}
+
+void addSettings(std::vector<RankedLine>&, const NumberModel&) {}
+
+template <class Model>
+void editEntry(Model& model, const Key& key) {
   switch (key.code) {
     case Key::Character: model.type(key.character); break;
     case Key::Left: model.moveCursorBy(-1); break;
@@ -180,34 +247,32 @@ void handleCommand(FieldModel& model, FormState& state, char key) {
   }
 }
 
+void handleCommand(NumberModel& model, FormState& state, char key) {
+  switch (key) {
+    case 'd': model.addDecimals(1); break;
+    case 'D': model.addDecimals(-1); break;
+    case '[': model.toggleMinimum(); break;
+    case ']': model.toggleMaximum(); break;
+    case '?': state.keysComeFirst = true; break;
+    default: state.status = std::string("no such key: ") + key; break;
+  }
+}
+
 }  // namespace
 
-std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state, TerminalSize size) {
+template <class Model>
+std::vector<ScreenLine> screenLines(const Model& model, const FormState& state, TerminalSize size) {
   const auto columns = static_cast<std::size_t>(std::max(size.columns, 1));
   const auto rows = static_cast<std::size_t>(std::max(size.rows, 1));
-  const bool isEntry = model.typing() == FieldModel::Typing::Entry;
-
-  // The lines with the highest ranks are left out first.
-  struct RankedLine {
-    int rank;
-    ScreenLine line;
-  };
-  constexpr int kSpace = 9, kKeysLast = 7;
+  constexpr int kKeysLast = 7;
   const int keysRank = state.keysComeFirst ? 1 : kKeysLast;
   std::vector<RankedLine> ranked = {{kSpace, {}}};
-  for (const Row& row : kRows) {
-    const bool isEdited = row.format == model.formatter().timecodeFormat();
-    ranked.push_back({isEdited ? 0 : 4, rowLine(model, row, columns)});
-    if (isEdited) ranked.push_back({3, isEntry ? entryLine(model, columns) : markerLine(model, columns)});
-  }
-  ranked.insert(ranked.end(), {{2, messageLine(model, state)},
-                               {kSpace, {}},
-                               {5, {.text = scales(model)}},
-                               {6, {.text = rules(model)}},
-                               {6, {.text = "  " + model.range()}},
-                               {kSpace, {}}});
+  addRows(ranked, model, columns);
+  ranked.insert(ranked.end(), {{2, messageLine(model.message(), state)}, {kSpace, {}}});
+  addSettings(ranked, model);
+  ranked.insert(ranked.end(), {{6, {.text = "  " + model.range()}}, {kSpace, {}}});
   const std::size_t indent = columns < 60 ? 0 : 2;
-  for (const auto& text : keyLines(columns - indent, rows - std::min(rows, ranked.size()))) {
+  for (const auto& text : keyLines(keysOf(model), columns - indent, rows - std::min(rows, ranked.size()))) {
     ranked.push_back({keysRank, {.text = std::string(indent, ' ') + text}});
   }
   while (ranked.size() > rows) {
@@ -246,13 +311,14 @@ std::string drawing(const std::vector<ScreenLine>& lines) {
   return bytes;
 }
 
-bool handleKey(FieldModel& model, FormState& state, const Key& key) {
+template <class Model>
+bool handleKey(Model& model, FormState& state, const Key& key) {
   const bool keysCameFirst = std::exchange(state.keysComeFirst, false);
   state.status.clear();
   if (key == Key{Key::Character, '?'} && keysCameFirst) return true;
   if (key.code == Key::Quit) return false;
   const bool tabs = key.code == Key::Tab || key.code == Key::BackTab;
-  if (model.typing() == FieldModel::Typing::Entry && !tabs) {
+  if (model.typing() == Model::Typing::Entry && !tabs) {
     editEntry(model, key);
     return true;
   }
@@ -261,9 +327,9 @@ bool handleKey(FieldModel& model, FormState& state, const Key& key) {
     case Key::EraseLine: model.eraseAll(); return true;
     case Key::Escape: model.giveUp(); return true;
     case Key::Enter:
-      if (model.typing() == FieldModel::Typing::Nothing) {
+      if (model.typing() == Model::Typing::Nothing) {
         model.clearMessage();
-        model.openEntry(FieldModel::kEntry);
+        model.openEntry();
       } else {
         model.confirm();
       }
@@ -296,7 +362,8 @@ bool handleKey(FieldModel& model, FormState& state, const Key& key) {
   return true;
 }
 
-void runTerminalForm(FieldModel& model, const std::string& file) {
+template <class Model>
+void runTerminalForm(Model& model, const std::string& file) {
   FormState state;
   state.file = file;
   const auto note = [&state](std::string_view line) { state.status = "log: " + firstLine(line); };
@@ -318,5 +385,12 @@ void runTerminalForm(FieldModel& model, const std::string& file) {
     }
   }
 }
+
+template std::vector<ScreenLine> screenLines(const FieldModel&, const FormState&, TerminalSize);
+template std::vector<ScreenLine> screenLines(const NumberModel&, const FormState&, TerminalSize);
+template bool handleKey(FieldModel&, FormState&, const Key&);
+template bool handleKey(NumberModel&, FormState&, const Key&);
+template void runTerminalForm(FieldModel&, const std::string&);
+template void runTerminalForm(NumberModel&, const std::string&);
 
 }  // namespace field

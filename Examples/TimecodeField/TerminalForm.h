@@ -1,8 +1,10 @@
-// TerminalForm: the field in a terminal: what each key does and what the screen shows.
+// TerminalForm: the field in a terminal: what each key does and what the screen shows. A Model is a FieldModel or a
+// NumberModel.
 #pragma once
 
 #include "FieldModel.h"
 #include "Keys.h"
+#include "NumberModel.h"
 #include "Terminal.h"
 
 #include <string>
@@ -12,8 +14,9 @@
 namespace field {
 
 // Shows the field until a key quits or the terminal goes away. The library's log lines go to the status line. The file
-// is the one that a key saves in; empty for none.
-void runTerminalForm(FieldModel& model, const std::string& file);
+// is the one that a key saves a timecode in; empty for none.
+template <class Model>
+void runTerminalForm(Model& model, const std::string& file);
 
 // What a form keeps besides the field.
 struct FormState {
@@ -23,7 +26,8 @@ struct FormState {
 };
 
 // False when the key quits.
-bool handleKey(FieldModel& model, FormState& state, const Key& key);
+template <class Model>
+bool handleKey(Model& model, FormState& state, const Key& key);
 
 struct ScreenLine {
   std::string text;
@@ -31,8 +35,10 @@ struct ScreenLine {
   bool isBold = false;
 };
 
-// As many lines as the window has rows, of at most size.columns characters. What matters least goes first when the window is small.
-std::vector<ScreenLine> screenLines(const FieldModel& model, const FormState& state, TerminalSize size);
+// As many lines as the window has rows, of at most size.columns characters. What matters least goes first when the window
+// is small.
+template <class Model>
+std::vector<ScreenLine> screenLines(const Model& model, const FormState& state, TerminalSize size);
 
 // The bytes that draw them over whatever the screen shows.
 std::string drawing(const std::vector<ScreenLine>& lines);

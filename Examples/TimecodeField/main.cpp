@@ -1,4 +1,4 @@
-// TimecodeField: one timecode in several formats, in a terminal or fed with entries. See --help.
+// TimecodeField: one timecode in several formats, or a number, in a terminal or fed with entries. See --help.
 #include "FieldFile.h"
 #include "Options.h"
 #include "ScriptedForm.h"
@@ -30,6 +30,17 @@ int printed(std::string_view text) {
   return std::cout ? 0 : failed("cannot write to standard output");
 }
 
+// The number of entries that failed, or nothing when a stream broke.
+template <class Model>
+std::optional<std::uint64_t> edit(Model& model, const field::Options& options) {
+  if (field::Terminal::isAvailable()) {
+    field::runTerminalForm(model, options.save.value_or(""));
+    return 0;
+  }
+  std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
+  return field::runScriptedForm(model, options.inAllFormats, std::cin, std::cout);
+}
+
 int run(std::span<const std::string_view> arguments) {
   using field::Options;
   Options options;
@@ -47,20 +58,20 @@ int run(std::span<const std::string_view> arguments) {
   quill::setLogSink(note);
   quill::setLightAssertionSink(note);
 
-  field::FieldModel model;
-  if (options.load && !field::loadField(*options.load, &model, &error)) return failed(error);
-  if (!field::prepareField(options, &model, &error)) return usageError(error);
-  std::uint64_t failures = 0;
-  if (field::Terminal::isAvailable()) {
-    field::runTerminalForm(model, options.save.value_or(""));
+  std::optional<std::uint64_t> failures;
+  if (options.isNumber()) {
+    field::NumberModel model;
+    if (!field::prepareField(options, &model, &error)) return usageError(error);
+    failures = edit(model, options);
   } else {
-    std::ios::sync_with_stdio(false);  // a stream of its own tells a read that failed from the end
-    const auto result = field::runScriptedForm(model, options.inAllFormats, std::cin, std::cout);
-    if (!result) return failed("cannot read the entries or write the answers");
-    failures = *result;
+    field::FieldModel model;
+    if (options.load && !field::loadField(*options.load, &model, &error)) return failed(error);
+    if (!field::prepareField(options, &model, &error)) return usageError(error);
+    failures = edit(model, options);
+    if (failures && options.save && !field::saveField(model, *options.save, &error)) return failed(error);
   }
-  if (options.save && !field::saveField(model, *options.save, &error)) return failed(error);
-  return options.strict && failures > 0 ? kFailed : 0;
+  if (!failures) return failed("cannot read the entries or write the answers");
+  return options.strict && *failures > 0 ? kFailed : 0;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <random>
+#include <type_traits>
 
 namespace field {
 namespace {
@@ -20,9 +21,10 @@ const std::string kUp = "\x1b[A", kDown = "\x1b[B", kRight = "\x1b[C", kLeft = "
                   kEscape = "\x1b", kEraseLine = "\x15";
 
 // A field as the command line would make it.
-struct Field {
+template <class Model>
+struct FieldOf {
   // The arguments stand in one text, parted by spaces.
-  explicit Field(std::string_view text) {
+  explicit FieldOf(std::string_view text) {
     std::vector<std::string_view> arguments;
     while (!text.empty()) {
       arguments.push_back(text.substr(0, text.find(' ')));
@@ -31,7 +33,9 @@ struct Field {
     Options options;
     std::string error;
     EXPECT_TRUE(parseOptions(arguments, &options, &error)) << error;
-    EXPECT_TRUE(!options.load || loadField(*options.load, model.get(), &error)) << error;
+    if constexpr (std::is_same_v<Model, FieldModel>) {
+      EXPECT_TRUE(!options.load || loadField(*options.load, model.get(), &error)) << error;
+    }
     EXPECT_TRUE(prepareField(options, model.get(), &error)) << error;
   }
 
@@ -53,9 +57,10 @@ struct Field {
     return all;
   }
 
-  std::unique_ptr<FieldModel> model = std::make_unique<FieldModel>();
+  std::unique_ptr<Model> model = std::make_unique<Model>();
   FormState state;
 };
+using Field = FieldOf<FieldModel>;
 
 TEST(TimecodeFieldKeys, AreTakenApart) {
   const auto character = [](char c) { return Key{Key::Character, c}; };
@@ -230,6 +235,42 @@ TEST(TimecodeFieldForm, DoesWhatKeysSay) {
     Field field(row.arguments);
     EXPECT_TRUE(field.send(row.bytes));
     EXPECT_EQ(field.text(), row.expected);
+  }
+}
+
+TEST(TimecodeFieldForm, ScrubsNumbers) {
+  const struct {
+    std::string arguments;
+    std::string bytes;
+    std::string expected;  // the number with its segment in brackets, the line below it and the message
+  } rows[] = {
+      {"digits", "", "[0].000000 | ^ units"},
+      {"digits --decimals=2 --value=95.5", kLeft + kUp, "1[0]5.50 | ^ tens"},
+      {"digits --decimals=2 --value=3.25", kDown + kDown + kDown + kDown, "[-0].25 | ^^ units"},
+      {"digits --decimals=1 --value=105.5", kHome + kDown + kDown, "[_]_-5.5 | ^ hundreds"},
+      {"digits --decimals=1 --value=105.5", kHome + kDown + "5",
+       "[_]_5.5 | ^ hundreds | error: segment with tag 2 doesn't exist"},
+      {"digits --decimals=1 --value=105.5", kHome + kDown + kUp + kEnd + kPageUp, "106.[5] | ^ tenths"},
+      {"digits --decimals=1 --value=105.5", kHome + kDown + kRight + kUp, "[6].5 | ^ units"},
+      {"digits --decimals=0 --value=123", kLeft + "5", "1[0]8 | ^ tens"},
+      {"digits --decimals=0 --value=10 --max=10", "9", "1[0] | ^ units | error: Out of range."},
+      {"digits --decimals=3 --value=1.234", kEnd + "D", "1.2[3] | ^ hundredths"},
+      {"digits --decimals=0", "\r9223372036854775806\r" + kHome + kUp, "[9]223372036854775806 | ^ 10^18"},
+      {"digits --decimals=1 --value=7", "-1x\r", "[7].0 | entry: -1x  | error: Not a number."},
+      {"whole", kUp + kPageUp + kLeft, "[11] | ^^ number"},
+      {"whole --decimals=1 --max=12", kPageUp + kUp + kRight + kRight, "[11.2] | ^^^^ number"},
+      {"whole --value=5", "12\r" + kUp + "\t" + kUp, "1[4].000000 | ^ units"},
+      {"whole --value=5", "[" + kDown + kUp + "]" + kUp + kDelete, "[5] | ^ number"},
+      {"whole", "m", "[0] | ^ number | no such key: m"},
+  };
+  for (const auto& row : rows) {
+    FieldOf<NumberModel> field("--number " + row.arguments);
+    EXPECT_TRUE(field.send(row.bytes));
+    const FieldText shown = field.model->shown();
+    std::string text = shown.text;
+    text.insert(shown.selected.location + shown.selected.length, 1, ']').insert(shown.selected.location, 1, '[');
+    EXPECT_EQ(text + field.text().substr(shown.text.size()), row.expected) << row.arguments;
+    EXPECT_FALSE(field.send(kEscape + kEscape + "q"));
   }
 }
 
@@ -443,13 +484,20 @@ TEST(TimecodeFieldOptions, SayWhatIsWrong) {
       {{"--min", "-1:00"}, "--min \"-1:00\": Negatives are off."},
       {{"--min=1:00", "--max=10"}, "--max \"10\": The maximum is below the minimum."},
       {{"--max=999999999999:0:0:0"}, "--max \"999999999999:0:0:0\": Out of range."},
+      {{"--number=all"}, "--number \"all\": A number is scrubbed by digits or whole."},
+      {{"--number=whole", "--value=1.5"}, "--value \"1.5\": No such number can be typed here."},
+      {{"--number=whole", "--mode=25"}, "--mode is not for numbers"},
+      {{"--number=whole", "--save=x"}, "--load and --save are not for numbers"},
       {{"--value=\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}, "--value"},
   };
   for (const auto& row : rows) {
     Options options;
     std::string error;
     FieldModel model;
-    EXPECT_FALSE(parseOptions(row.arguments, &options, &error) && prepareField(options, &model, &error)) << row.error;
+    NumberModel number;
+    EXPECT_FALSE(parseOptions(row.arguments, &options, &error) &&
+                 (options.isNumber() ? prepareField(options, &number, &error) : prepareField(options, &model, &error)))
+        << row.error;
     EXPECT_EQ(error.substr(0, row.error.size()), row.error);
   }
 }
