@@ -202,27 +202,9 @@ bool QKMeasuredTimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::st
 
   const std::int64_t origin = sign == 0 ? 1 : 0;  // beats and divisions count from 1, amounts from 0
   const std::int64_t bars = fields[0], beats = std::max(fieldOr(1, origin), origin);
-  if (sign == 0) {
-    value->setIsNegative(false);
-    value->setBars(bars);
-  }
-  if (displaysDivisionsAndTicks_) {
-    std::int64_t divisions = fieldOr(2, origin), ticks = fieldOr(3, 0);
-    if (isDivisionsFieldDropped_) {
-      const SplitTicks split = splitTicks(*value, fieldOr(2, 0));
-      divisions = saturatingAdd(split.divisions, origin);
-      ticks = split.ticks;
-    }
-    if (sign == 0) {
-      value->setIntegerBeats(beats);
-      value->setDivisions(std::max(divisions, origin));
-      value->setTicks(ticks);
-    } else if (sign > 0) {
-      value->addBars(bars, beats, divisions, ticks);
-    } else {
-      value->subtractBars(bars, beats, divisions, ticks);
-    }
-  } else {
+  std::int64_t divisions = fieldOr(2, origin), ticks = fieldOr(3, 0);
+  double exactBeats = 0;
+  if (!displaysDivisionsAndTicks_) {
     std::int64_t fraction = fieldOr(2, 0);
     if (count > 2) {
       const std::size_t lastSeparator = rest.find_last_of(kSeparators);
@@ -232,14 +214,27 @@ bool QKMeasuredTimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::st
         fraction = detail::fractionOfEntry(fraction, rest.substr(lastSeparator + 1), usedPlaces());
       }
     }
-    const double exactBeats = privateDoubleFromIntegerPartAndFractionalPart(beats, fraction, usedPlaces());
-    if (sign == 0) {
-      value->setDoubleBeats(exactBeats);
-    } else if (sign > 0) {
-      value->addBars(bars, exactBeats);
+    exactBeats = privateDoubleFromIntegerPartAndFractionalPart(beats, fraction, usedPlaces());
+  } else if (isDivisionsFieldDropped_) {
+    const SplitTicks split = splitTicks(*value, fieldOr(2, 0));
+    divisions = saturatingAdd(split.divisions, origin);
+    ticks = split.ticks;
+  }
+
+  if (sign == 0) {
+    value->setIsNegative(false);
+    value->setBars(bars);
+    if (displaysDivisionsAndTicks_) {
+      value->setIntegerBeats(beats);
+      value->setDivisions(std::max(divisions, origin));
+      value->setTicks(ticks);
     } else {
-      value->subtractBars(bars, exactBeats);
+      value->setDoubleBeats(exactBeats);
     }
+  } else if (displaysDivisionsAndTicks_) {
+    sign > 0 ? value->addBars(bars, beats, divisions, ticks) : value->subtractBars(bars, beats, divisions, ticks);
+  } else {
+    sign > 0 ? value->addBars(bars, exactBeats) : value->subtractBars(bars, exactBeats);
   }
   if (object) *object = std::move(current);
   return true;
@@ -345,6 +340,7 @@ NumberFormatter* QKMeasuredTimecodeFormatDeputy::formatterForSegmentTag(std::int
 void QKMeasuredTimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
                                                                               std::int64_t increment,
                                                                               Object* object) const {
+  if (!protocolCast<QKMeasuredTimecode>(object)) return;
   Ref<Object> copy = object->copy();
   auto* value = protocolCast<QKMeasuredTimecode>(copy.get());
   if (!value) return;

@@ -140,6 +140,9 @@ TEST(QKMeasuredTimecodeFormatDeputySteppingAndTyping, MoveOneField) {
   fieldOf(three).expectTyped(
       "5.25 0 7 > 7 2.250; 5.25 1 3 > 1 3.250; 5.25 1 0 > 1 1.250; 5.25 4 5 > 1 2.005; 5.25 4 1500 > 1 3.500");
   EXPECT_EQ(fieldOf(full).typed(*inTicks(0), kBars, "1"), "[Value doesn't conform to protocol]");
+  Ref<Object> stepped;
+  full.getObjectValueIncrementingSegmentWithTag(&stepped, kBars, 1, nullptr);
+  EXPECT_FALSE(stepped);
 }
 
 TEST(QKMeasuredTimecodeFormatDeputyReports, PrintOneLineAndGoOn) {
@@ -161,6 +164,9 @@ TEST(QKMeasuredTimecodeFormatDeputyReports, PrintOneLineAndGoOn) {
     const std::string place = ",  file: QKMeasuredTimecodeFormatDeputy, line: " + std::to_string(line);
     EXPECT_EQ(reports.lights, std::vector{"MyAssertMessage: " + condition + place + ", value: 0\n"});
   }
+  const ReportRecorder reports;  // an entry is read whole before the value is changed, which so many bars overflow
+  fieldOf(three).entered(*value, "9223372036854775807 4 5");
+  EXPECT_TRUE(reports.lights.size() > 1 && reports.lights[0].find("line: 305") != std::string::npos) << reports;
 }
 
 TEST(QKMeasuredTimecodeFormatDeputyCoding, KeepsOptionsAndMistrustsPlaces) {
