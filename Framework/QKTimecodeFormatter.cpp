@@ -785,6 +785,8 @@ QKTimecodeFormatter::QKTimecodeFormatter(KeyedCoder& coder) {
   // Copies: an archive may hold one object in several places, and a bound is changed in place.
   minimumTimecode_ = copyOrNull(decodeObject(kTimecodeClasses, "OTFMinimumTimecode"));
   maximumTimecode_ = copyOrNull(decodeObject(kTimecodeClasses, "OTFMaximumTimecode"));
+  // No formatter archives a negative bound with negatives off; an entry held to one could not be shown.
+  if (!allowsNegative_) clearNegativeBounds();
   if (isKeyed || archivedVersion >= 1) {
     const Ref<Object> symbol = decodeObject(kTextClass, "OTFNilSymbol");
     if (const auto* text = classCast<TextObject>(symbol.get())) nilSymbol_ = text->text();

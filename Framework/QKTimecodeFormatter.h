@@ -244,7 +244,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   static bool supportsSecureCoding() { return true; }
   // The classes that an archive of a formatter may hold.
   static ClassSet keyedUnarchiverClasses();
-  // Reads every older version. What is archived is what a copy copies.
+  // Reads every older version; a negative bound without negatives as zero. What is archived is what a copy copies.
   explicit QKTimecodeFormatter(KeyedCoder& coder);
   void encodeWithCoder(KeyedCoder& coder) const override;
 

@@ -99,8 +99,8 @@ TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
 
 TEST(Coding, BoundsAreTheFormattersOwnEvenWhereAnArchiveHoldsOneObjectThrice) {
   const auto shared = ticksLayout({-5, 3}, 3, infoLayout(0, 0));
-  const auto layout = formatterLayout({4, kNil, 0, true, shared, shared, kNil, shared});
-  for (const ArchiveKind kind : kKinds) {
+  for (const auto& [kind, allowsNegative] : {std::pair(kKinds[0], true), {kKinds[1], true}, {kKinds[0], false}}) {
+    const auto layout = formatterLayout({4, kNil, 0, allowsNegative, shared, shared, kNil, shared});
     const auto formatter = unarchived<QKTimecodeFormatter>(archivedData(*layout, kind));
     formatter->setAllowsNegative(false);
     EXPECT_EQ(fieldsOf(formatter->minimum()), fieldsOf(formatter->maximum()));
