@@ -37,14 +37,14 @@ FeetFramesQuarterFrames framesPastFoot(std::int64_t foot, std::int64_t frames) {
 }
 
 FeetFramesQuarterFrames differenceWithoutInversion(FeetFramesQuarterFrames a, FeetFramesQuarterFrames b) {
-  std::int64_t quarters = wrappingSubtract(a.quarterFrames, b.quarterFrames), borrow = 0;
+  std::int64_t quarters = saturatingSubtract(a.quarterFrames, b.quarterFrames), borrow = 0;
   if (quarters < 0) {
     borrow = -(quarters / 4) + (quarters % 4 < 0 ? 1 : 0);
     quarters = floorModulo(quarters, 4);
   }
-  FeetFramesQuarterFrames result{a.feet, wrappingSubtract(wrappingSubtract(a.frames, borrow), b.frames)};
+  FeetFramesQuarterFrames result{a.feet, saturatingSubtract(saturatingSubtract(a.frames, borrow), b.frames)};
   if (result.frames < 0) result = framesPastFoot(result.feet, result.frames);
-  result.feet = wrappingSubtract(result.feet, b.feet);
+  result.feet = saturatingSubtract(result.feet, b.feet);
   result.quarterFrames = quarters;
   return result;
 }
@@ -65,8 +65,12 @@ std::optional<std::string> privateDescriptionForFilmType(QKFilmType type) {
 }
 
 FeetFramesQuarterFrames footageOfFrame(QKFilmType type, std::uint64_t frame) {
-  if (type == QKFilmType_35mm_3perf) return framesPastFoot(0, saturatingFromUInt64(frame));
-  const auto position = static_cast<double>(frame);
+  const auto position = static_cast<double>(frame);  // in every gauge to the nearest that a double holds
+  if (type == QKFilmType_35mm_3perf) {
+    const double groups = std::trunc(position / kFramesPerGroup);  // [0, 2^58]
+    return framesPastFoot(saturateToInt64(groups) * kFeetPerGroup,
+                          saturateToInt64(position - groups * kFramesPerGroup));
+  }
   const double perFoot = framesPerFoot(type), feet = std::trunc(position / perFoot);
   return {saturateToInt64(feet), saturateToInt64(position - feet * perFoot)};
 }

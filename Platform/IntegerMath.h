@@ -72,6 +72,9 @@ constexpr std::int64_t saturatingAdd(std::int64_t a, std::int64_t b) {
   const bool overflow = (a >= 0) == (b >= 0) && (sum >= 0) != (a >= 0);
   return overflow ? (a < 0 ? kInt64Lowest : kInt64Highest) : sum;
 }
+constexpr std::int64_t saturatingSubtract(std::int64_t a, std::int64_t b) {
+  return b == kInt64Lowest ? saturatingAdd(saturatingAdd(a, kInt64Highest), 1) : saturatingAdd(a, -b);
+}
 constexpr std::int64_t saturatingMultiply(std::int64_t a, std::int64_t b) {
   if (a == static_cast<std::int32_t>(a) && b == static_cast<std::int32_t>(b)) return a * b;
   if (a == 0 || b == 0) return 0;

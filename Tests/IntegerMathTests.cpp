@@ -47,7 +47,11 @@ TEST(IntegerMath, WrapsOrSaturatesAsNamed) {
     EXPECT_TRUE(saturatingAdd(a, b) == saturated && saturatingAdd(b, a) == saturated) << a << ' ' << b;
     EXPECT_TRUE(saturatingMultiply(a, b) == product && saturatingMultiply(b, a) == product) << a << ' ' << b;
     EXPECT_EQ(wrappingSubtract(wrapped, b), a) << b;
+    EXPECT_TRUE(saturatingSubtract(0, b) == (b == kInt64Lowest ? kInt64Highest : -b)) << b;
+    EXPECT_TRUE(b == kInt64Lowest || saturatingSubtract(a, -b) == saturated) << a << ' ' << b;
   }
+  EXPECT_TRUE(saturatingSubtract(kInt64Lowest, kInt64Lowest) == 0 &&
+              saturatingSubtract(-1, kInt64Lowest) == kInt64Highest);
   EXPECT_TRUE(wrappingNegate(kInt64Lowest) == kInt64Lowest && magnitudeOf(kInt64Lowest) == k2To63);
   EXPECT_TRUE(saturatingFromUInt64(k2To63) == kInt64Highest && saturatingFromUInt64(k2To63 - 2) == kInt64Highest - 1);
   EXPECT_TRUE(truncatingDivide(-7, 2) == -3 && truncatingDivide(-7, 0) == 0);
