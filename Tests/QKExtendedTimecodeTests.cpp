@@ -156,6 +156,22 @@ TEST(QKExtendedTimecodeMusic, PositionsAreStableAtEveryTempoAndSignature) {
       }
 }
 
+TEST(QKExtendedTimecodeMusic, WhatIsLeftBelowATickIsKeptWhereItIsNotRoundedAway) {
+  for (const auto& [units, rest, kept] : {std::tuple{30010, 0, 30000}, {30015, -10, 30015}}) {
+    Value value = at({units, 48000});
+    Fields f;
+    Number left;
+    value.privateGetZeroBaseBars(&f[0], &f[1], &f[2], &f[3], &left);
+    EXPECT_TRUE(left.kind() == Number::Kind::Unsigned && left.int64Value() == rest) << left.description();
+    EXPECT_EQ(value.privateTimeForBars(f[0], f[1], f[2], f[3], &left), kept);
+    value.setDivisions(2);
+    EXPECT_EQ(value.timeValue().value, kept);
+  }
+  Value inSeconds(0.6252, kSeconds, k25);
+  inSeconds.setDivisions(3), inSeconds.setTicks(1);
+  EXPECT_NEAR(inSeconds.seconds(), 0.7502 + 1.0 / 1920, 1e-12);
+}
+
 TEST(QKExtendedTimecodeMusic, NegativePositionsCountBackFromZeroWhereTheirCountsArePositive) {
   for (const Integer beats : {4, 3}) {  // of a bar
     for (Integer back = 0; back < 3 * 960 * beats; ++back) {
@@ -191,11 +207,11 @@ TEST(QKExtendedTimecodeReports, NameTheMethodAndLeaveTheTime) {
       {"", "get bars-beats", [](Value& v) { Integer n = 1; double x = 1; v.getBars(&n, &x); EXPECT_TRUE(n == 0 && x == (v.isNumeric() ? 2.25 : 0)); }, 30000},
       {"", "get feet-frames-quarterframes", [](Value& v) { Integer f = 1, g = 1, q = 1; v.getFFFeet(&f, &g, &q); EXPECT_TRUE(f + g + q == (v.isNumeric() ? 17 : 0)); }, 30000},
       {kInit, "", [](Value&) { QKExtendedTimecode::initWithTempo(kNaN, 4, 4); }, 30000},
-      {kInit, "", [](Value&) { QKExtendedTimecode::initWithTempo(60, 0, 4); }, 30000},
+      {kInit, "", [](Value&) { EXPECT_EQ(QKExtendedTimecode::initWithTempo(60, 0, 4).timeSignatureNumerator(), 0); }, 30000},
       {kInit, "", [](Value&) { QKExtendedTimecode::initWithTempo(60, 4, 0); }, 30000},
-      {"setTempo:] can't set tempo to 0", "", [](Value& v) { v.setTempo(kNaN); }, 0},
-      {"setTimeSignatureNumerator:] can't set timeSignatureNumerator to 0", "", [](Value& v) { v.setTimeSignatureNumerator(0); }, 30000},
-      {"setTimeSignatureDenominator:] can't set timeSignatureDenominator to 0", "", [](Value& v) { v.setTimeSignatureDenominator(0); }, 30000},
+      {"setTempo:] can't set tempo to 0", "", [](Value& v) { v.setTempo(kNaN); EXPECT_NE(v.tempo(), v.tempo()); }, 0},
+      {"setTimeSignatureNumerator:] can't set timeSignatureNumerator to 0", "", [](Value& v) { v.setTimeSignatureNumerator(0); EXPECT_EQ(v.timeSignatureNumerator(), 0); }, 30000},
+      {"setTimeSignatureDenominator:] can't set timeSignatureDenominator to 0", "", [](Value& v) { v.setTimeSignatureDenominator(0); EXPECT_EQ(v.timeSignatureDenominator(), 0); }, 30000},
       {"setBars:] bars must be >= 0", "set bars", [](Value& v) { v.setBars(-1); }, 0},
       {"setIntegerBeats:] beats must be > 0", "set beats", [](Value& v) { v.setIntegerBeats(0); }, 0},
       {"setDoubleBeats:] beats must be >= 1", "set beats", [](Value& v) { v.setDoubleBeats(kNaN); }, 0},
@@ -227,12 +243,22 @@ TEST(QKExtendedTimecodeReports, NameTheMethodAndLeaveTheTime) {
         EXPECT_TRUE(a.method == method && a.file == "QKExtendedTimecode" && a.object == (text == kInit ? nullptr : &value)) << reports;
       }
     }
+    if (text.empty()) continue;
+    Value value = at(MediaTime());
+    const ReportRecorder thrown;
+    EXPECT_THROW(act(value), InternalInconsistencyFailure);
+    EXPECT_TRUE(thrown.logs.empty()) << thrown;  // the argument is checked first
   }
 }
 // clang-format on
 
 TEST(QKExtendedTimecodeReports, NothingIsUndefinedAtAnyTempoSignatureOrTime) {
   const ReportRecorder reports(ReportRecorder::Returned);
+  for (const MediaTime& time : {MediaTime(), MediaTime(-30000, 48000)}) {
+    Value value = at(time);
+    value.getBars(nullptr, nullptr, nullptr, nullptr), value.getBars(nullptr, nullptr);
+    value.getFFFeet(nullptr, nullptr, nullptr);
+  }
   const Integer ends[] = {kInt64Lowest, -1, 0, 3, kInt64Highest};
   const double tempos[] = {kNaN, kInfinity, -120, 0, 1e-300, 1e300};
   for (int i = 0; i < 3000; ++i) {
