@@ -192,19 +192,24 @@ std::optional<std::string> QKScrubbableNumberFormatter::stringForObjectValue(Obj
   return NumberFormatter::stringForObjectValue(object);
 }
 
-bool QKScrubbableNumberFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
-  Number number;
-  if (!nilSymbol() && string.empty()) {
-    number = std::uint64_t{0};
-  } else if (nilSymbol() && string == *nilSymbol()) {
-    if (object) *object = nullptr;
+bool QKScrubbableNumberFormatter::readNumber(std::optional<Number>* number, std::string_view string,
+                                             std::string* error) const {
+  if (nilSymbol() ? string == *nilSymbol() : string.empty()) {
+    *number = nilSymbol() ? std::nullopt : std::optional<Number>(std::uint64_t{0});
     return true;
-  } else {
-    if (!getNumberWithoutBounds(&number, string, error)) return false;
-    if (maximum() && number > *maximum()) number = *maximum();
-    if (minimum() && number < *minimum()) number = *minimum();
   }
-  if (object) *object = std::make_shared<Number>(number);
+  Number found;
+  if (!getNumberWithoutBounds(&found, string, error)) return false;
+  if (maximum() && found > *maximum()) found = *maximum();
+  if (minimum() && found < *minimum()) found = *minimum();
+  *number = found;
+  return true;
+}
+
+bool QKScrubbableNumberFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
+  std::optional<Number> number;
+  if (!readNumber(&number, string, error)) return false;
+  if (object) *object = number ? std::make_shared<Number>(*number) : nullptr;
   return true;
 }
 
@@ -234,8 +239,8 @@ bool QKScrubbableNumberFormatter::isPartialStringValid(std::string_view partial,
 
 double QKScrubbableNumberFormatter::privateSanitizedValueForObject(Object* object) const {
   const std::optional<std::string> text = stringForObjectValue(object);
-  Number number;
-  return text && getNumberWithoutBounds(&number, *text, nullptr) ? number.doubleValue() : 0;
+  std::optional<Number> number;
+  return text && readNumber(&number, *text, nullptr) && number ? number->doubleValue() : 0;
 }
 
 std::string QKScrubbableNumberFormatter::privateDefaultStringForZero() const {
@@ -308,9 +313,9 @@ std::int64_t QKScrubbableNumberFormatter::segmentFieldWidthForTag(std::int64_t t
   if (isZeroSymbolShown(object)) return std::max<std::int64_t>(lengthOf(zeroSymbol()), 1);
   const std::int64_t index = segmentIndexForTag(tag, object);
   if (index < 0) return 0;
-  if (!isWholeNumber()) return index == 0 && privateSanitizedValueForObject(object) < 0 ? 2 : 1;
   const std::string text = stringForObjectValue(object).value_or("");
   const Extent extent = extentOfNumber(text);
+  if (!isWholeNumber()) return index == 0 && extent.isNegative ? 2 : 1;
   const std::string_view number = std::string_view(text).substr(extent.begin, extent.end - extent.begin);
   const auto length = static_cast<std::int64_t>(characterCount(number));
   return std::max<std::int64_t>(length - (showsFraction() ? 1 : 0), 0);
@@ -372,15 +377,18 @@ double QKScrubbableNumberFormatter::privateIncrementValue(double value, std::int
     const double magnitude = std::trunc(std::abs(stepped) / unit) * unit + std::fmod(std::abs(value), unit);
     return stepped < 0 ? -magnitude : magnitude;
   }
-  // In the smallest units shown, so that 0.00007 counts as 7 hundred-thousandths and not as 6.999999999999999.
+  // In the smallest units shown, so that 0.00007 counts as 7 hundred-thousandths and not as 6.999999999999999. Digits
+  // behind those shown, which only a bound can bring, stay hidden in steps below them.
   const double unitsInOne = roundHalfAway(std::pow(10.0, -static_cast<double>(powerOfTen)));
+  const double units = std::abs(value) * unitsInOne;
   const auto places = static_cast<double>(maximumFractionDigits()) + static_cast<double>(powerOfTen);
   const double scale = std::pow(10.0, std::clamp(places, 0.0, 18.0));
-  const double shown = roundHalfAway(std::abs(value) * unitsInOne * scale);
+  const double shown = places < 0 ? std::trunc(units * (1 + 1e-15)) : roundHalfAway(units * scale);
   const double whole = std::trunc(shown / scale);
   const double rest = (shown - whole * scale) / scale;  // [0, 1)
   const double stepped = count + (value < 0 ? -whole : whole);
-  return (stepped >= 0 ? stepped + rest : stepped - rest) / unitsInOne;
+  const double result = (stepped >= 0 ? stepped + rest : stepped - rest) / unitsInOne;
+  return std::isfinite(result) ? result : value;  // a place that no double reaches
 }
 
 // Single steps toward a bound until the value is within it; the whole steps before the last two ahead of the bound or
@@ -443,7 +451,7 @@ bool QKScrubbableNumberFormatter::privateIsValidString(std::string_view string, 
   if (segmentIndexForTag(tag, object) == 0 && string.starts_with('-')) string.remove_prefix(1);
   const std::string_view digits = stringByTrimmingNondecimalsFromEnd(string);
   if (digits.size() > 1) return detail::fail(error, "Too many digits in string");
-  return digits.size() == 1 && digits.size() == string.size();
+  return !digits.empty();
 }
 
 bool QKScrubbableNumberFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
@@ -468,7 +476,7 @@ bool QKScrubbableNumberFormatter::getObjectValueForSegmentWithTag(Ref<Object>* r
     const double unit = std::pow(10.0, static_cast<double>(tag));
     const double digit = std::fmod(std::trunc(magnitude / unit), 10);
     const bool isNegated = value < 0 && segmentIndexForTag(tag, object) != 0;
-    const double number = string.starts_with('-') ? '0' - string.back() : string.back() - '0';
+    const double number = string.front() == '-' ? '0' - string[1] : string.front() - '0';
     typed = boxed((isNegated ? -number : number) + (magnitude - (value < 0 ? -digit : digit) * unit));
   }
   if (typed && doubleOf(typed.get()) != privateClampToMinMax(doubleOf(typed.get()))) return false;

@@ -2,7 +2,8 @@
 //
 // - With single-digit scrubbing every decimal digit is a segment of its own, and a step changes it at its place value.
 // - With whole-number scrubbing the number is one segment, and a step adds to it.
-// - Segments and steps work on the value that the text shows, not on hidden digits behind it.
+// - Segments and steps work on the value that the text shows, not on hidden digits behind it; of a number outside the
+//   bounds, whose text shows it all the same, on the bound.
 // - Digits are those of sign and magnitude: a step through zero keeps the digits below its own, 3.25 less ten is -3.25.
 // - Without a minimum or maximum of its own a formatter stops one short of the ends of 64 bits.
 // - A change of type, digits or bounds posts QKScrubbableFormatterFormatChangedNotification, while it is made too.
@@ -145,7 +146,7 @@ class QUILL_EXPORT QKScrubbableNumberFormatter : public NumberFormatter {
 
   // Sets the defaults and the type, with its digits.
   void _prepareScrubbableNumberFormatterOfType(QKScrubbingType type);
-  // The value that the text of an object shows; 0 for one that has none.
+  // What the text of an object reads as, held to the bounds; 0 where it reads as nothing.
   double privateSanitizedValueForObject(Object* object) const;
   // How 0 is shown without a symbol: "0.000000".
   std::string privateDefaultStringForZero() const;
@@ -154,7 +155,8 @@ class QUILL_EXPORT QKScrubbableNumberFormatter : public NumberFormatter {
   double privateClampToMinMax(double value) const;
   // A value after so many steps of 10^powerOfTen.
   double privateIncrementValue(double value, std::int64_t steps, std::int64_t powerOfTen) const;
-  // Whether a text can be typed into a segment. Fails with "Too many digits in string", or without a description.
+  // Whether a text can be typed into a segment; what follows its digit is ignored. Fails with "Too many digits in
+  // string", or without a description.
   bool privateIsValidString(std::string_view string, std::int64_t tag, Object* object, std::string* error) const;
 
  private:
@@ -168,6 +170,8 @@ class QUILL_EXPORT QKScrubbableNumberFormatter : public NumberFormatter {
   // The sign, or the first digit, and where the last digit ends, in bytes of a text.
   struct Extent;
   Extent extentOfNumber(std::string_view text) const;
+  // The number of a text, held to the bounds, or nothing for the text of no value.
+  bool readNumber(std::optional<Number>* number, std::string_view string, std::string* error) const;
   double stepInside(double value, std::int64_t direction, double bound, std::int64_t powerOfTen) const;
   void digitsChanged(bool changed);
   void postFormatChanged() const;

@@ -75,16 +75,18 @@ TEST(QKScrubbableNumberFormatter, StepsDigitsBySignAndMagnitude) {
   EXPECT_EQ(step(-13.25, 1, 2), 3.25);
   EXPECT_EQ(step(0.25, -1, -3), -0.15);
   EXPECT_EQ(step(0.3, -1, 3), 0.6);
-  EXPECT_EQ(step(5, 18, 100), 5);                          // beyond 64 bits
-  for (double value = 0; value < 30; value += 1.000001) {  // there and back, without a trace
+  EXPECT_TRUE(step(5, 18, 100) == 5 && step(3.25, -400, 5) == 3.25);  // beyond 64 bits, below all doubles
+  for (double value = 0; value < 30; value += 1.000001) {             // there and back, without a trace
     for (std::int64_t tag = -6; tag <= 2; ++tag) EXPECT_NEAR(step(step(value, tag, 7), tag, -7), value, 1e-9) << tag;
   }
   formatter.setMaximum(10);
   EXPECT_EQ(step(9, 1, 1), 9);
-  EXPECT_EQ(step(1e18, 0, 1), 10);  // not a billion billion steps
-  formatter.setMinimum(-2.5);
+  EXPECT_EQ(step(9, 0, 1'000'000'000'000'000'000), 10);  // not a billion billion steps
+  EXPECT_EQ(step(500, 2, 1), 10);                        // counts as what its text reads as, the bound
+  formatter.setMinimum(-2.500000075);
   EXPECT_EQ(step(-2, 0, -4), -2);
-  EXPECT_EQ(step(-1e6, -3, -1), -2.5);
+  EXPECT_EQ(step(0, -3, -1'000'000'000), -2.5);
+  EXPECT_EQ(step(-9, -7, 3), -2.4999997);  // from the bound, whose last three quarters of a step are not seen
 
   formatter.setScrubbingType(kWholeNumberScrubbing);
   EXPECT_EQ(step(3, 5, 4), 7);
@@ -124,11 +126,11 @@ TEST(QKScrubbableNumberFormatter, ReadsWholeTextsAndSegments) {
     std::int64_t tag;
     double value;
     const char* result;
-  } rows[] = {{"5", 0, 123, "125"},     {"5", 1, 123, "108"},
-              {"-5", 2, 123, "18"},     {"5", 0, -123, "121"},
-              {"5", 2, -123, "228"},    {"12", 0, 1, "error: Too many digits in string"},
-              {"-5", 0, 12, "error: "}, {"", 0, 1, "error: "},
-              {"x", 0, 1, "error: "},   {"9", 5, 123, "error: segment with tag 5 doesn't exist"}};
+  } rows[] = {
+      {"5", 0, 123, "125"},     {"5", 1, 123, "108"},     {"-5", 2, 123, "18"},
+      {"5", 0, -123, "121"},    {"5", 2, -123, "228"},    {"12", 0, 1, "error: Too many digits in string"},
+      {"-5", 0, 12, "error: "}, {"", 0, 1, "error: "},    {"x", 0, 1, "error: "},
+      {"5x", 0, 123, "125"},    {"-", 2, 123, "error: "}, {"9", 5, 123, "error: segment with tag 5 doesn't exist"}};
   for (const auto& row : rows) {
     const std::string expected = std::string_view(row.result) == "228" ? "error: " : row.result;  // above the maximum
     EXPECT_EQ(read(row.text, row.tag, row.value), expected) << row.text << " into " << row.tag << " of " << row.value;
