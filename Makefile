@@ -3,7 +3,7 @@
 SHELL := bash
 .SHELLFLAGS := -eu -o pipefail -c
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench install coverage ci tidy format format-check clean
+.PHONY: help demo test bench vectors install coverage ci tidy format format-check clean
 
 PACKAGES := g++ cmake ninja-build libgtest-dev locales
 INSTALL := @./cmake/install-packages.sh
@@ -16,12 +16,13 @@ BENCH_FLAGS ?=
 PREFIX ?= /usr/local
 SHARED ?=
 INSTALL_PRESET = $(if $(SHARED),gcc-shared,gcc-release)
-SOURCES = $(shell find Framework Platform Tests Examples Benchmarks -name '*.h' -o -name '*.cpp')
+SOURCES = $(shell find Framework Platform Tests Examples Benchmarks Vectors -name '*.h' -o -name '*.cpp')
 
 help:
 	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
 	@echo "make test          builds the library, the tests and the examples, and runs all tests"
 	@echo "make bench         builds and runs the benchmarks"
+	@echo "make vectors       writes the test vectors of Docs/vectors.md into Vectors/, and long ones into build/vectors"
 	@echo "make install       installs the library below PREFIX (/usr/local) and DESTDIR; SHARED=1 for a shared one"
 	@echo "make coverage      runs the tests and says which lines of the library they reach"
 	@echo "make ci            every check: all presets, sanitizers, lint and format"
@@ -49,6 +50,13 @@ bench:
 	cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
 	cmake --build --preset gcc-release --target QuillBenchmarks
 	$(BUILD)/Benchmarks/QuillBenchmarks $(BENCH_FLAGS)
+
+vectors:
+	$(INSTALL) $(PACKAGES)
+	cmake --preset gcc-release $(CONFIGURE_FLAGS)
+	cmake --build --preset gcc-release --target MakeVectors
+	$(BUILD)/Vectors/MakeVectors Vectors
+	$(BUILD)/Vectors/MakeVectors --all build/vectors
 
 install:
 	$(INSTALL) $(filter-out libgtest-dev locales,$(PACKAGES))
