@@ -127,7 +127,7 @@ TEST(FilmFootage, ThreePerforationSumsAndDifferencesAreThoseOfFramesButForALongF
 }
 
 TEST(FilmFootage, ThreePerforationSumsOfAnySizeAreFoundAtOnceAndOddOnesReported) {
-  constexpr Integer kHigh = kInt64Highest, kMany = Integer{1} << 53;
+  constexpr Integer kHigh = kInt64Highest, kMany = Integer{1} << 55;
   const Footage sum = private35mm3perfAddFFQ({2, kMany, 3}, {3, 5, 1}), most{kHigh, kHigh, kHigh};
   const Footage rest = private35mm3perfSubtractFFQ({kMany, 0, 0}, {3, kMany, 9});
   EXPECT_TRUE(quarters(sum) == (42 + kMany + 6 + 64) * 4 && sum.frames < 22) << textOf(sum);
