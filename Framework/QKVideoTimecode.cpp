@@ -561,7 +561,13 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t ti
     return kBestFrameScales[static_cast<std::size_t>(mode_)];
   }
   const double rate = videoFrameRate();
-  storage = {counting(), row && row->kind == TimecodeModeKind::Duration, flags_.useSeconds, timescale, rate, 0};
+  // A mode without a row counts at its exact rate and drops nothing.
+  storage = {row ? *SMPTECounting::ofMode(mode_) : SMPTECounting::atRate(rate, false),
+             isDuration(),
+             flags_.useSeconds,
+             timescale,
+             rate,
+             0};
   if (flags_.useSeconds) {
     storage.frameTime = 1 / rate;
     return storage;
@@ -587,7 +593,7 @@ void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* mi
           "QKVideoTimecode: Can't use SMPTE information in mode QKSMPTETimecodeModeInvalid");
   }
   _normalizeTimeScaleForFrameRateIfNecessary();
-  if (!isNumeric()) {  // says what is wrong
+  if (!isNumeric() || mode_ == QKSMPTETimecodeModeInvalid) {  // says what is wrong
     isDuration() ? static_cast<void>(QKVideoTimecode::seconds()) : static_cast<void>(videoFrames());
   }
   FrameScale storage;

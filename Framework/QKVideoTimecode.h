@@ -124,8 +124,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   virtual void setTimeRate(TimeRate timeRate);
 
   // Frames per second of the Custom mode. A rate that is not finite or below 1 logs a warning and counts as 30; the tick
-  // rate follows the rate asked for: itself when it is whole, 27000000 when not. In another mode nothing changes and a
-  // light assertion is reported.
+  // rate follows the rate asked for: itself, at least 1, when it is whole, 27000000 when not. In another mode nothing
+  // changes and a light assertion is reported.
   virtual void setCustomVideoFrameRate(double framesPerSecond);
 
   // A copy in another mode with the same hours, minutes, seconds, frames and subframes.
