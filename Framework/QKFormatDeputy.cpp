@@ -214,16 +214,13 @@ bool QKFormatDeputy::allowsSegmentEditing() const { return true; }
 // ---- Stepping and typing ----
 
 void QKFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>*, std::int64_t, std::int64_t, Object*) const {
-  logLine(
-      "Abstract method -[QKFormatDeputy "
-      "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]");
+  logLine("Abstract method -[QKFormatDeputy getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]");
 }
 
 bool QKFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view, std::int64_t, Object*,
                                                      std::string*) const {
   logLine(
-      "Abstract method -[QKFormatDeputy "
-      "getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:]");
+      "Abstract method -[QKFormatDeputy getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:]");
   if (result) *result = std::make_shared<Number>(0);
   return true;
 }
@@ -287,6 +284,7 @@ bool QKFormatDeputy::trimSignFromString(std::string_view string, std::string_vie
   const bool isSigned = sign == '+' || sign == '-';
   if (isSigned) rest.remove_prefix(1);
   if (isSigned && rest.starts_with(sign)) return detail::fail(error, "Excess + or -'s");
+  if (isSigned && Scanner(rest).isAtEnd()) rest = {};
   if (foundPlusOrMinus) *foundPlusOrMinus = sign == '+' ? 1 : sign == '-' ? -1 : 0;
   if (trimmedString) *trimmedString = isSigned ? rest : string;
   return true;

@@ -98,7 +98,8 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   std::int64_t massagedFieldValue(std::int64_t value, std::int64_t tag, Object* object) const;
 
   // Takes one "+" (1) or "-" (-1) off the front, white space passed over; 0 without one, and the string whole. More than
-  // one of the same fails with "Excess + or -'s". The trimmed string is a part of the one given.
+  // one of the same fails with "Excess + or -'s". The trimmed string is a part of the one given, "" where nothing but
+  // white space follows the sign.
   static bool trimSignFromString(std::string_view string, std::string_view* trimmedString,
                                  std::int64_t* foundPlusOrMinus, std::string* error);
 

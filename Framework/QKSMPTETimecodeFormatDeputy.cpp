@@ -315,8 +315,7 @@ std::int64_t QKSMPTETimecodeFormatDeputy::segmentCountInObjectValue(Object*) con
 std::int64_t QKSMPTETimecodeFormatDeputy::segmentTagForIndex(std::int64_t index, Object*) const {
   const auto raise = [this](int line) -> std::int64_t {
     assertionFailed({"-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:]", this, kFile, line,
-                     "-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] out-of-bounds "
-                     "segmentIndex."});
+                     "-[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] out-of-bounds segmentIndex."});
     return 0;
   };
   if (index < 0 || index > 4) return raise(596);

@@ -77,7 +77,7 @@ struct _QKTimecodeFormatterDeputyCollection::Row {
   std::string_view key;
 };
 
-const _QKTimecodeFormatterDeputyCollection::Row _QKTimecodeFormatterDeputyCollection::kRows[7] = {
+constinit const _QKTimecodeFormatterDeputyCollection::Row _QKTimecodeFormatterDeputyCollection::kRows[7] = {
     {&_QKTimecodeFormatterDeputyCollection::SMPTEDeputy_, &QKSMPTETimecodeFormatDeputy::descriptor,
      "_OrbisTimecodeFormatterDeputyCollectionSMPTE"},
     {&_QKTimecodeFormatterDeputyCollection::HMSDeputy_, &QKHMSTimecodeFormatDeputy::descriptor,
