@@ -12,7 +12,6 @@
 #include "detail/Cbor.h"
 
 #include <algorithm>
-#include <set>
 
 namespace quill::inline v0 {
 
@@ -140,9 +139,19 @@ class ArchiveWriter::Level {
   // What is written from here on is in it.
   void begin() { start_ = writer_.root_.size(); }
   void count() { ++count_; }
-  bool countKey(std::string_view key) {
+  // Writes a key, valid UTF-8. False, and nothing, for one that has been written.
+  bool addKey(std::string_view key) {
+    std::string& root = writer_.root_;
+    const auto textOf = [&](const Key& one) { return std::string_view(root).substr(one.begin, one.size); };
+    const auto place = std::lower_bound(keys_.begin(), keys_.end(), key, [&](const Key& one, std::string_view wanted) {
+      return one.size != wanted.size() ? one.size < wanted.size() : textOf(one) < wanted;
+    });
+    if (place != keys_.end() && textOf(*place) == key) return false;
+    appendHead(root, CborMajor::Text, key.size());
+    root += key;
+    keys_.insert(place, {root.size() - key.size(), key.size()});
     ++count_;
-    return keys_.emplace(key).second;
+    return true;
   }
   void close(CborMajor major) {
     std::string head;
@@ -152,12 +161,18 @@ class ArchiveWriter::Level {
   }
 
  private:
+  // The text of a key, in what is written.
+  struct Key {
+    std::size_t begin;
+    std::size_t size;
+  };
+
   ArchiveWriter& writer_;
   Level* outer_;
   std::size_t depth_;  // arrays and maps, with that of the whole archive
   std::size_t start_ = 0;
   std::uint64_t count_ = 0;
-  std::set<std::string> keys_;
+  std::vector<Key> keys_;  // short ones first
   bool isClosed_ = false;
 };
 
@@ -180,6 +195,7 @@ void ArchiveWriter::encodeRoot(const Object* object) {
 std::string ArchiveWriter::bytes() const {
   if (state_ != State::Done) misused("an archive that is not complete");
   std::string out(kStart);
+  out.reserve(root_.size() + 256);
   const auto text = [&](std::string_view name) { detail::appendText(out, name); };
   appendHead(out, CborMajor::Map, 5);
   text("format"), text(kFormat);
@@ -188,14 +204,13 @@ std::string ArchiveWriter::bytes() const {
   text("classes"), appendHead(out, CborMajor::Map, versions_.size());
   for (const auto& [name, version] : versions_) text(name), detail::appendInteger(out, version);
   text("root");
-  return out + root_;
+  return out += root_;
 }
 
 void ArchiveWriter::beginValue(std::string_view key) {
   if (!allowsKeyedCoding() || !level_) misused("a key outside of an object of a keyed archive");
   if (!detail::isValidText(key)) fail("a key that is no valid UTF-8");
-  if (!level_->countKey(key)) fail("the key \"" + std::string(key) + "\" is written twice");
-  detail::appendText(root_, key);
+  if (!level_->addKey(key)) fail("the key \"" + std::string(key) + "\" is written twice");
 }
 
 void ArchiveWriter::beginValue() {
@@ -360,7 +375,12 @@ ArchiveReader::ArchiveReader(std::string_view bytes) : bytes_(bytes) {
 
 ArchiveReader::~ArchiveReader() = default;
 
-// Ascending by key; integer keys are left out.
+// Short keys first, for few are of one length.
+bool ArchiveReader::Entry::operator<(std::string_view other) const {
+  return key.size() != other.size() ? key.size() < other.size() : key < other;
+}
+
+// In order; integer keys are left out.
 std::vector<ArchiveReader::Entry> ArchiveReader::entriesOf(std::size_t mapOffset) const {
   const Value value(bytes_, mapOffset);
   const CborItem& map = value.item;
@@ -370,17 +390,20 @@ std::vector<ArchiveReader::Entry> ArchiveReader::entriesOf(std::size_t mapOffset
   std::size_t offset = map.next;
   for (std::uint64_t left = map.argument; left > 0; --left) {
     const CborItem key = detail::cborItemAt(bytes_, offset);
-    offset = detail::cborEnd(bytes_, offset);
-    if (key.major == CborMajor::Text) entries.push_back({detail::cborString(bytes_, key), offset});
-    offset = detail::cborEnd(bytes_, offset);
+    offset = key.next;
+    if (key.major == CborMajor::Text) {
+      const std::string_view text = detail::cborString(bytes_, key);
+      offset += text.size();
+      entries.push_back({text, offset});
+    }
+    if (left > 1) offset = detail::cborEnd(bytes_, offset);  // of the whole archive all but the root
   }
-  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.key < b.key; });
+  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a < b.key; });
   return entries;
 }
 
 const ArchiveReader::Entry* ArchiveReader::find(const std::vector<Entry>& entries, std::string_view key) {
-  const auto place = std::lower_bound(entries.begin(), entries.end(), key,
-                                      [](const Entry& entry, std::string_view wanted) { return entry.key < wanted; });
+  const auto place = std::lower_bound(entries.begin(), entries.end(), key);
   return place != entries.end() && place->key == key ? &*place : nullptr;
 }
 

@@ -114,6 +114,7 @@ class QUILL_EXPORT ArchiveReader : public KeyedCoder {
   struct Entry {
     std::string_view key;
     std::size_t offset;
+    bool operator<(std::string_view other) const;
   };
   // An object that has been decoded, or is being decoded.
   struct Decoded {

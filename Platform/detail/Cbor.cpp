@@ -7,6 +7,8 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <compare>
+#include <cstring>
 
 namespace quill::inline v0::detail {
 
@@ -16,6 +18,14 @@ namespace {
 std::size_t validPrefix(std::string_view text) {
   std::size_t i = 0;
   while (i < text.size()) {
+    std::uint64_t eight = 0;  // ASCII goes by eight
+    if (text.size() - i >= sizeof eight) {
+      std::memcpy(&eight, text.data() + i, sizeof eight);
+      if ((eight & 0x8080808080808080) == 0) {
+        i += sizeof eight;
+        continue;
+      }
+    }
     if (static_cast<unsigned char>(text[i]) < 0x80) {
       ++i;
       continue;
@@ -27,52 +37,62 @@ std::size_t validPrefix(std::string_view text) {
   return i;
 }
 
-void appendBigEndian(std::string& out, std::uint64_t value, int byteCount) {
-  for (int shift = 8 * (byteCount - 1); shift >= 0; shift -= 8) {
-    out += static_cast<char>(value >> shift & 0xFF);
-  }
+// A head whose argument, where it is not in the first byte, takes that many bytes more.
+void appendItem(std::string& out, CborMajor major, unsigned information, std::uint64_t argument, unsigned width) {
+  char bytes[1 + sizeof argument] = {static_cast<char>(static_cast<unsigned>(major) << 5 | information)};
+  for (unsigned i = width; i > 0; argument >>= 8) bytes[i--] = static_cast<char>(argument & 0xFF);
+  out.append(bytes, 1 + width);
 }
 
-void appendInitialByte(std::string& out, CborMajor major, unsigned information) {
-  out += static_cast<char>(static_cast<unsigned>(major) << 5 | information);
+// Out of line: what reads heads stays short.
+[[noreturn]] void fail(const char* problem, std::size_t offset) { throw ArchiveError(problem, offset); }
+
+[[noreturn]] void failTooLong(const CborItem& item) {
+  throw ArchiveError(std::string(item.kind()) + " that is longer than the archive", item.begin);
 }
 
-// Equal keys are equal items, however wide their heads.
+// The key of a map: where it begins, and its head's argument.
+struct Key {
+  std::size_t begin;
+  std::uint64_t argument;
+};
+using Keys = std::vector<Key>;
+
+// Equal keys are equal items, however wide their heads. Heads come first: few keys of an object are of one length.
 struct KeyOrder {
   std::string_view bytes;
 
-  int compare(std::size_t a, std::size_t b) const {
-    const CborItem x = cborItemAt(bytes, a), y = cborItemAt(bytes, b);
-    if (x.major != y.major) return x.major < y.major ? -1 : 1;
-    if (x.major == CborMajor::Text) return cborString(bytes, x).compare(cborString(bytes, y));
-    return x.argument < y.argument ? -1 : x.argument > y.argument ? 1 : 0;
+  std::strong_ordering compare(const Key& a, const Key& b) const {
+    const CborMajor major = majorOf(a);
+    if (const auto order = major <=> majorOf(b); order != 0) return order;
+    if (const auto order = a.argument <=> b.argument; order != 0 || major != CborMajor::Text) return order;
+    return cborString(bytes, cborItemAt(bytes, a.begin)) <=> cborString(bytes, cborItemAt(bytes, b.begin));
   }
-  bool operator()(std::size_t a, std::size_t b) const {
-    const int order = compare(a, b);
-    return order < 0 || (order == 0 && a < b);
+  bool operator()(const Key& a, const Key& b) const {
+    const auto order = compare(a, b);
+    return order < 0 || (order == 0 && a.begin < b.begin);
+  }
+
+ private:
+  CborMajor majorOf(const Key& key) const {
+    return static_cast<CborMajor>(static_cast<unsigned char>(bytes[key.begin]) >> 5);
   }
 };
 
-using Offsets = std::vector<std::size_t>;
-
-void checkNoKeyTwice(std::string_view bytes, Offsets::iterator first, Offsets::iterator last) {
+void checkNoKeyTwice(std::string_view bytes, Keys::iterator first, Keys::iterator last) {
   const KeyOrder order{bytes};
   std::sort(first, last, order);
   const auto twice =
-      std::adjacent_find(first, last, [&](std::size_t a, std::size_t b) { return order.compare(a, b) == 0; });
-  if (twice != last) throw ArchiveError("a key that the map has already", twice[1]);
+      std::adjacent_find(first, last, [&](const Key& a, const Key& b) { return order.compare(a, b) == 0; });
+  if (twice != last) throw ArchiveError("a key that the map has already", twice[1].begin);
 }
 
 }  // namespace
 
 void appendHead(std::string& out, CborMajor major, std::uint64_t argument) {
-  if (argument < 24) {
-    appendInitialByte(out, major, static_cast<unsigned>(argument));
-    return;
-  }
+  if (argument < 24) return appendItem(out, major, static_cast<unsigned>(argument), 0, 0);
   const unsigned log2 = argument <= 0xFF ? 0 : argument <= 0xFFFF ? 1 : argument <= 0xFFFFFFFF ? 2 : 3;
-  appendInitialByte(out, major, 24 + log2);
-  appendBigEndian(out, argument, 1 << log2);
+  appendItem(out, major, 24 + log2, argument, 1u << log2);
 }
 
 void appendInteger(std::string& out, std::int64_t value) {
@@ -85,13 +105,12 @@ void appendInteger(std::string& out, std::int64_t value) {
 }
 
 void appendDouble(std::string& out, double value) {
-  appendInitialByte(out, CborMajor::Simple, 27);
-  appendBigEndian(out, std::bit_cast<std::uint64_t>(value), 8);
+  appendItem(out, CborMajor::Simple, 27, std::bit_cast<std::uint64_t>(value), sizeof value);
 }
 
-void appendBool(std::string& out, bool value) { appendInitialByte(out, CborMajor::Simple, value ? 21 : 20); }
+void appendBool(std::string& out, bool value) { appendHead(out, CborMajor::Simple, value ? 21 : 20); }
 
-void appendNull(std::string& out) { appendInitialByte(out, CborMajor::Simple, 22); }
+void appendNull(std::string& out) { appendHead(out, CborMajor::Simple, 22); }
 
 bool isValidText(std::string_view text) { return validPrefix(text) == text.size(); }
 
@@ -131,30 +150,26 @@ const char* CborItem::kind() const {
 }
 
 CborItem cborItemAt(std::string_view bytes, std::size_t offset) {
-  if (offset >= bytes.size()) throw ArchiveError("the archive ends where a value is due", bytes.size());
+  if (offset >= bytes.size()) fail("the archive ends where a value is due", bytes.size());
   const auto first = static_cast<unsigned char>(bytes[offset]);
   CborItem item{static_cast<CborMajor>(first >> 5), 0, first & 0x1Fu, offset, offset + 1};
   const bool isSimple = item.major == CborMajor::Simple;
-  if (item.argument >= 28) {
-    throw ArchiveError(item.argument == 31 ? "an indefinite length" : "an invalid first byte", offset);
-  }
+  if (item.argument >= 28) fail(item.argument == 31 ? "an indefinite length" : "an invalid first byte", offset);
   if (item.argument >= 24) {
     item.width = static_cast<std::uint8_t>(1u << (item.argument - 24));
-    if (bytes.size() - item.next < item.width) throw ArchiveError("a value that is cut short", offset);
+    if (bytes.size() - item.next < item.width) fail("a value that is cut short", offset);
     item.argument = 0;
     for (unsigned i = 0; i < item.width; ++i) {
       item.argument = item.argument << 8 | static_cast<unsigned char>(bytes[item.next++]);
     }
-    if (isSimple && item.width == 1 && item.argument < 32) {
-      throw ArchiveError("an invalid simple value", offset);
-    }
+    if (isSimple && item.width == 1 && item.argument < 32) fail("an invalid simple value", offset);
   }
   // Every item inside takes a byte at least.
   const std::uint64_t rest = bytes.size() - item.next;
   const bool isString = item.major == CborMajor::Bytes || item.major == CborMajor::Text;
   if (((isString || item.major == CborMajor::Array) && item.argument > rest) ||
       (item.major == CborMajor::Map && item.argument > rest / 2)) {
-    throw ArchiveError(std::string(item.kind()) + " that is longer than the archive", offset);
+    failTooLong(item);
   }
   return item;
 }
@@ -187,8 +202,8 @@ std::vector<std::size_t> checkCborForm(std::string_view bytes) {
   };
   std::array<Open, kMostNested> open;
   std::size_t depth = 0;
-  Offsets keys;  // of the maps that are open
-  Offsets shareable;
+  Keys keys;  // of the maps that are open
+  std::vector<std::size_t> shareable;
   std::size_t offset = 0;
   bool isTagged = false;  // the last head was a tag: its item is still due
   do {
@@ -199,7 +214,7 @@ std::vector<std::size_t> checkCborForm(std::string_view bytes) {
       if (!isText && item.major > CborMajor::Negative) {
         throw ArchiveError(std::string(item.kind()) + " as a key", item.begin);
       }
-      keys.push_back(item.begin);
+      keys.push_back({item.begin, item.argument});
     }
     isTagged = item.major == CborMajor::Tag;
     if (isTagged) {
