@@ -28,18 +28,20 @@ int compareValues(Object* a, const Ref<Object>& b) {
   return timecode ? timecode->compare(*b) : 0;
 }
 
+// Ticks per second, at least 1; 0 for a value that has no ticks or no numeric time.
 std::int32_t timescaleOf(const Object* object) {
   const auto* timecode = classCast<QKVideoTimecode>(object);
-  return timecode ? timecode->timeValue().timescale : 0;
+  const bool hasTicks = timecode && !timecode->useSeconds() && timecode->isNumeric();
+  return hasTicks ? std::max(timecode->timeValue().timescale, 1) : 0;
 }
 
 // Brings a result whose ticks have run over back to the furthest time that they count, at the timescale of the value that
-// it came from.
+// it came from; without one it had no time to run over.
 void holdInRange(Object* result, std::int32_t timescale) {
   auto* timecode = classCast<QKVideoTimecode>(result);
-  if (!timecode || timecode->isNumeric()) return;
+  if (timescale == 0 || !timecode || timecode->isNumeric()) return;
   const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
-  timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale > 0 ? timescale : 1));
+  timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale));
 }
 
 Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }

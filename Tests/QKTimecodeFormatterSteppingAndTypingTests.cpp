@@ -12,6 +12,7 @@ constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
 struct Setting {
   const char *minimum = nullptr, *maximum = nullptr;
   bool allowsNegative = false, hasRollover = true, showsHours = true;
+  QKTimecodeFormat format = QKTimecodeFormatSMPTE;
 };
 
 QKTimecodeFormatter formatterWith(const Setting& setting, QKSMPTETimecodeMode mode) {
@@ -19,6 +20,7 @@ QKTimecodeFormatter formatterWith(const Setting& setting, QKSMPTETimecodeMode mo
   formatter.setAllowsNegative(setting.allowsNegative);
   formatter.setSMPTEHas24HourRollover(setting.hasRollover);
   formatter.setSMPTEDisplaysHours(setting.showsHours);
+  formatter.setTimecodeFormat(setting.format);
   if (setting.minimum) formatter.setMinimum(timecodeAt(mode, setting.minimum).get());
   if (setting.maximum) formatter.setMaximum(timecodeAt(mode, setting.maximum).get());
   return formatter;
@@ -113,7 +115,9 @@ TEST(QKTimecodeFormatterStepping, NeedsATimecode) {
 
 TEST(QKTimecodeFormatterTyping, SetsOneSegmentOfTheValueWithinTheBounds) {
   constexpr Setting kPlain, kSigned{nullptr, nullptr, true}, kBounded{"0:00:10:00", "0:00:20:00", true},
-      kNoHours{nullptr, nullptr, true, true, false};
+      kNoHours{nullptr, nullptr, true, true, false},
+      kSeconds{nullptr, "0:00:20:00", false, true, true, QKTimecodeFormatSeconds},
+      kFrames{nullptr, nullptr, false, true, true, QKTimecodeFormatVideoFrames};
   const struct {
     Setting setting;
     const char* from;
@@ -131,6 +135,9 @@ TEST(QKTimecodeFormatterTyping, SetsOneSegmentOfTheValueWithinTheBounds) {
       {kSigned, "-1:02:03:04", 2, "5", "-1:02:05:04", "-1:02:05:04"},
       {kSigned, "1:02:03:04", 2, "-5", "! Number below the minimum.", "1:02:03:04"},
       {kNoHours, "0:02:03:04", 1, "-5", "-0:05:03:04", "-0:05:03:04"},
+      // more seconds or frames than ticks: those of 2^63-1 at 2000 a second, and none
+      {kSeconds, "0:00:15:04", 0, "9223372036854775808", "0:00:20:00", "1281023894007:36:27:22.47"},
+      {kFrames, "0:00:15:04", 0, "9223372036854775808", "0:00:00:00", "0:00:00:00"},
       // failures change nothing
       {kPlain, "1:02:03:04", 2, "x", "! Not a number.", "1:02:03:04"},
       {kPlain, "1:02:03:04", 0, "", "! Not a number.", "1:02:03:04"},

@@ -169,6 +169,10 @@ TEST(QKTimecodeFormatterWholeStrings, WhatRunsOutOfRangeIsHeldWithinTheBounds) {
   formatter.setMaximum(nullptr);
   formatter.setSMPTEHas24HourRollover(false);
   EXPECT_EQ(parsed(formatter, "+9223372036854775807:0:0:0"), "99:59:59:24");
+  const auto infinite = timecodeAt(k25, "0:00:00:00");
+  infinite->setSeconds(1e300);
+  formatter.setCurrentTimecode(infinite);  // no text changes it
+  EXPECT_EQ(parsed(formatter, "5"), "0:00:00:00");
 }
 
 TEST(QKTimecodeFormatterWholeStrings, ADeputyMustGiveATimecode) {
