@@ -3,7 +3,7 @@
 SHELL := bash
 .SHELLFLAGS := -eu -o pipefail -c
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench vectors install coverage ci tidy format format-check clean
+.PHONY: help demo test bench vectors install coverage fuzz ci tidy format format-check clean
 
 PACKAGES := g++ cmake ninja-build libgtest-dev locales
 INSTALL := @./cmake/install-packages.sh
@@ -16,7 +16,9 @@ BENCH_FLAGS ?=
 PREFIX ?= /usr/local
 SHARED ?=
 INSTALL_PRESET = $(if $(SHARED),gcc-shared,gcc-release)
-SOURCES = $(shell find Framework Platform Tests Examples Benchmarks Vectors -name '*.h' -o -name '*.cpp')
+# How long each fuzz target runs.
+FUZZ_SECONDS ?= 20
+SOURCES = $(shell find Framework Platform Tests Examples Benchmarks Fuzz Vectors -name '*.h' -o -name '*.cpp')
 
 help:
 	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
@@ -25,6 +27,7 @@ help:
 	@echo "make vectors       writes the test vectors of Docs/vectors.md into Vectors/, and long ones into build/vectors"
 	@echo "make install       installs the library below PREFIX (/usr/local) and DESTDIR; SHARED=1 for a shared one"
 	@echo "make coverage      runs the tests and says which lines of the library they reach"
+	@echo "make fuzz          feeds made-up entries and archives to the library for FUZZ_SECONDS (20) a target"
 	@echo "make ci            every check: all presets, sanitizers, lint and format"
 	@echo "make tidy          clang-tidy over Framework/ and Platform/"
 	@echo "make format        clang-format over all sources; make format-check only looks"
@@ -76,6 +79,12 @@ coverage:
 	ctest --preset gcc-coverage
 	gcovr --root . --object-directory $(COVERED) --filter 'Framework/' --fail-under-line 95 $(COVERED)
 	gcovr --root . --object-directory $(COVERED) --filter 'Framework/($(ARITHMETIC))\.' --fail-under-line 100 $(COVERED)
+
+fuzz:
+	$(INSTALL) $(PACKAGES) clang libclang-rt-dev
+	cmake --preset clang-fuzz -DQUILL_FUZZ_FLAGS=-max_total_time=$(FUZZ_SECONDS) $(CONFIGURE_FLAGS)
+	cmake --build --preset clang-fuzz
+	ctest --preset clang-fuzz
 
 ci:
 	.ci/run

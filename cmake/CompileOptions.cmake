@@ -7,7 +7,8 @@ function(quill_compile_options target)
   else()
     target_compile_options(${target} PRIVATE
       -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Woverloaded-virtual -ffp-contract=off
-      $<$<BOOL:${QUILL_WARNINGS_AS_ERRORS}>:-Werror>)
+      $<$<BOOL:${QUILL_WARNINGS_AS_ERRORS}>:-Werror>
+      $<$<BOOL:${QUILL_FUZZ}>:-fsanitize=fuzzer-no-link>)
     # GCC 12 sees overlapping copies in "text" + std::string where there are none.
     if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
       target_compile_options(${target} PRIVATE -Wno-restrict)
