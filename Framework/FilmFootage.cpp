@@ -72,7 +72,8 @@ FeetFramesQuarterFrames footageOfFrame(QKFilmType type, std::uint64_t frame) {
                           saturateToInt64(position - groups * kFramesPerGroup));
   }
   const double perFoot = framesPerFoot(type), feet = std::trunc(position / perFoot);
-  return {saturateToInt64(feet), saturateToInt64(position - feet * perFoot)};
+  const double frames = std::max(position - feet * perFoot, 0.0);  // below 0 where 53 bits rounded the feet up
+  return {saturateToInt64(feet), saturateToInt64(frames)};
 }
 
 std::int64_t frameOfFootage(QKFilmType type, std::int64_t feet, std::int64_t frames) {

@@ -137,6 +137,7 @@ TEST(FilmFootage, ThreePerforationSumsOfAnySizeAreFoundAtOnceAndOddOnesReported)
   EXPECT_EQ(private35mm3perfSubtractFFQ({0, 0, 0}, {kHigh, kMany, 0}), (Footage{-kHigh, kMany, 0}));
   EXPECT_EQ(private35mm3perfSubtractFFQ({0, 0, 3}, {0, kHigh, kHigh}), (Footage{0, -kHigh, kHigh - 3}));
   EXPECT_EQ(footageOfFrame(k3Perf, k2To63 - 1), (Footage{12 * kMany, 0, 0}));  // 2^63 as a double
+  EXPECT_EQ(textOf(footageOfFrame(QKFilmType_65mm_5perf, 9045277510000000000)), "376886562916666688+0+0");
   const std::string noFeet = "new.feet == 0", neither = "new.frames == 0 && new.feet == 0";
   const std::tuple<std::string, Footage, Footage> rows[] = {{noFeet, {1, -2, 3}, {1, 2, 3}},
                                                             {neither, {0, 1, -2}, {0, 1, 2}},
