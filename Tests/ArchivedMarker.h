@@ -1,4 +1,5 @@
-// Classes to archive: a marker that holds others, what derives from it, and a coder that takes no registrations.
+// Classes to archive: a marker that holds others, what derives from it, and a coder that takes no registrations; and
+// archives written in hex.
 #pragma once
 
 #include "../Platform/Archive.h"
@@ -21,42 +22,30 @@ class Marker : public Object {
     const DecodingRegistration registration(coder, descriptor);
     const ClassDescriptor* const nextClasses[] = {&descriptor, nextDescriptor};
     if (coder.allowsKeyedCoding()) {
-      version = coder.decodeInteger("Version");
-      position = coder.decodeInt64("Position");
-      rate = coder.decodeDouble("Rate");
-      track = coder.decodeInt32("Track");
-      isLocked = coder.decodeBool("Locked");
-      label = coder.decodeObject(labelClasses, "Label");
-      next = coder.decodeObject(nextClasses, "Next");
+      version = coder.decodeInteger("Version"), position = coder.decodeInt64("Position");
+      rate = coder.decodeDouble("Rate"), track = coder.decodeInt32("Track"), isLocked = coder.decodeBool("Locked");
+      label = coder.decodeObject(labelClasses, "Label"), next = coder.decodeObject(nextClasses, "Next");
     } else {
       version = coder.versionForClassName("Marker");
       Number values[4];
       coder.decodeValues("qdii", values);
-      position = values[0].int64Value();
-      rate = values[1].doubleValue();
-      track = static_cast<std::int32_t>(values[2].int64Value());
-      isLocked = values[3].boolValue();
-      label = coder.decodeObject(labelClasses);
-      next = coder.decodeObject(nextClasses);
+      position = values[0].int64Value(), rate = values[1].doubleValue();
+      track = static_cast<std::int32_t>(values[2].int64Value()), isLocked = values[3].boolValue();
+      label = coder.decodeObject(labelClasses), next = coder.decodeObject(nextClasses);
     }
     classInTable = DecodingRegistration::processWideClass("Marker");
     if (position == kPoison) throw std::runtime_error("poison");
   }
 
   void encodeWithCoder(KeyedCoder& coder) const override {
-    if (coder.allowsKeyedCoding()) {
-      coder.encodeInteger(descriptor.version, "Version");
-      coder.encodeInt64(position, "Position");
-      coder.encodeDouble(rate, "Rate");
-      coder.encodeInt32(track, "Track");
-      coder.encodeBool(isLocked, "Locked");
-      coder.encodeObject(label.get(), "Label");
-      coder.encodeObject(next.get(), "Next");
-    } else {
+    if (!coder.allowsKeyedCoding()) {
       coder.encodeValues("qdii", {position, rate, track, Number::boolean(isLocked)});
-      coder.encodeObject(label.get());
-      coder.encodeObject(next.get());
+      coder.encodeObject(label.get()), coder.encodeObject(next.get());
+      return;
     }
+    coder.encodeInteger(descriptor.version, "Version"), coder.encodeInt64(position, "Position");
+    coder.encodeDouble(rate, "Rate"), coder.encodeInt32(track, "Track"), coder.encodeBool(isLocked, "Locked");
+    coder.encodeObject(label.get(), "Label"), coder.encodeObject(next.get(), "Next");
   }
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
 
@@ -97,14 +86,44 @@ inline const ClassDescriptor* const kMarkerClasses[] = {&Marker::descriptor, &Ch
 inline void takeAllLabels() { Marker::labelClasses.assign(std::begin(kMarkerClasses), std::end(kMarkerClasses)); }
 
 // A coder of a host.
-class HostReader : public ArchiveReader {
- public:
-  HostReader(std::string_view name, std::string_view bytes) : ArchiveReader(bytes), name_(name) {}
-  std::string_view className() const override { return name_; }
+struct HostReader : ArchiveReader {
+  HostReader(std::string_view hostName, std::string_view bytes) : ArchiveReader(bytes), name(hostName) {}
+  std::string_view className() const override { return name; }
   bool acceptsClassRegistration() const override { return false; }
-
- private:
-  std::string_view name_;
+  std::string_view name;
 };
+
+inline std::string repeated(std::string_view text, int count) {
+  std::string result;
+  for (; count > 0; --count) result += text;
+  return result;
+}
+
+// Bytes of hex digits; 'a text' stands for its CBOR, of at most 23 bytes, and "a text" for its bytes.
+inline std::string bytesOf(const std::string& hex) {
+  std::string bytes;
+  for (std::size_t i = 0; i < hex.size(); ++i) {
+    if (hex[i] == '\'' || hex[i] == '"') {
+      const std::string text = hex.substr(i + 1, hex.find(hex[i], i + 1) - i - 1);
+      if (hex[i] == '\'') bytes += static_cast<char>(0x60 + text.size());
+      bytes += text;
+      i += text.size() + 1;
+    } else if (hex[i] != ' ') {
+      bytes += static_cast<char>(std::stoi(hex.substr(i++, 2), nullptr, 16));
+    }
+  }
+  return bytes;
+}
+
+// An archive with that root object, and two versions: Chapter 9, Marker 300.
+inline std::string archiveOf(ArchiveKind kind, const std::string& rootHex) {
+  return bytesOf("D9D9F7 A5 'format' 'QuillFoundation archive' 'version' 01 'kind'" +
+                 std::string(kind == ArchiveKind::Keyed ? "'keyed'" : "'sequential'") +
+                 "'classes' A2 'Chapter' 09 'Marker' 19012C 'root'" + rootHex);
+}
+inline std::string keyedArchiveOf(const std::string& rootHex) { return archiveOf(ArchiveKind::Keyed, rootHex); }
+
+// A marker of a keyed archive.
+inline std::string markerHex(const std::string& entries) { return "D81C 82 'Marker'" + entries; }
 
 }  // namespace quill

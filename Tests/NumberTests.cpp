@@ -1,80 +1,42 @@
 #include "../Platform/Number.h"
 
+#include "../Platform/IntegerMath.h"
 #include "../Platform/KeyedCoder.h"
-
-#include <gtest/gtest.h>
+#include "TextTable.h"
 
 #include <cmath>
-#include <limits>
-#include <tuple>
 #include <vector>
 
 namespace quill {
 namespace {
 
-constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
-constexpr std::uint64_t kHighestUnsigned = std::numeric_limits<std::uint64_t>::max();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 static_assert(!std::is_convertible_v<bool, Number>);
 
-TEST(NumberConversion, SaturatesWrapsAndKeepsSigns) {
-  using enum Number::Kind;
-  const std::tuple<Number, Number::Kind, std::int64_t, std::uint64_t, double, const char*> rows[] = {
-      {-1, Signed, -1, kHighestUnsigned, -1, "-1"},
-      {kLowest, Signed, kLowest, 9223372036854775808U, -9223372036854775808.0, "-9223372036854775808"},
-      {kHighestUnsigned, Unsigned, -1, kHighestUnsigned, 18446744073709551616.0, "18446744073709551615"},
-      {2.75, Double, 2, 2, 2.75, "2.75"},
-      {-0.0, Double, 0, 0, -0.0, "0"},
-      {1e19, Double, kHighest, 10000000000000000000U, 1e19, "10000000000000000000"},
-      {-1e19, Double, kLowest, 9223372036854775808U, -1e19, "-10000000000000000000"},
-      {kInfinity, Double, kHighest, kHighestUnsigned, kInfinity, "inf"},
-      {Number::boolean(true), Boolean, 1, 1, 1, "true"},
-  };
-  for (const auto& [number, kind, int64, uint64, asDouble, text] : rows) {
-    EXPECT_EQ(number.kind(), kind) << text;
-    EXPECT_EQ(number.int64Value(), int64) << text;
-    EXPECT_EQ(number.uint64Value(), uint64) << text;
-    EXPECT_EQ(number.doubleValue(), asDouble) << text;
-    EXPECT_EQ(number.boolValue(), asDouble != 0) << text;
-    EXPECT_EQ(number.description(), text);
-  }
-  const Number notANumber = std::nan("");
-  EXPECT_TRUE(notANumber.int64Value() == 0 && notANumber.uint64Value() == 0 && notANumber.description() == "nan");
-  EXPECT_TRUE(notANumber.isEqual(notANumber)) << "the same object";
-  for (const Number& other : {Number(0), Number(0.0), Number(0U), notANumber}) {
-    EXPECT_TRUE((notANumber <=> other) == std::partial_ordering::unordered);
-    EXPECT_TRUE((other <=> notANumber) == std::partial_ordering::unordered);
-    EXPECT_FALSE(notANumber == other || (&other != &notANumber && notANumber.isEqual(other)));
-  }
+TEST(Number, ConvertsSaturatingWrappingOrWithItsSign) {
+  eachRowIn("platform.txt", "numbers", [](const Cells& row) {
+    const Number number = numberOf(row.at(0));
+    EXPECT_EQ(std::to_string(number.int64Value()), row.at(1));
+    EXPECT_EQ(std::to_string(number.uint64Value()), row.at(2));
+    EXPECT_EQ(number.description(), row.at(3));
+    EXPECT_EQ(number.boolValue(), number.doubleValue() != 0);
+    EXPECT_TRUE(number.isEqual(number)) << "the same object";
+  });
+  const Number none = std::nan("");
+  for (const Number& other : {Number(0), Number(0.0), Number(none)})
+    EXPECT_FALSE((none <=> other) <= 0 || (none <=> other) > 0 || (other <=> none) <= 0 || none.isEqual(other));
 }
 
-TEST(NumberOrder, FollowsTheExactValueWhateverTheKind) {
-  const Number no = Number::boolean(false), yes = Number::boolean(true);
-  constexpr double kTwo53 = 0x1p53, kTwo63 = 0x1p63, kTwo64 = 0x1p64;
-  const std::vector<Number> ascending = {-kInfinity,  -kTwo63 - 2048,
-                                         kLowest,     -kTwo63,
-                                         kLowest + 1, -1,
-                                         -1.0,        -0.5,
-                                         0,           0U,
-                                         0.0,         -0.0,
-                                         no,          5e-324,
-                                         1,           1U,
-                                         1.0,         yes,
-                                         1.5,         1LL << 53,
-                                         kTwo53,      (1LL << 53) + 1,
-                                         kHighest,    1ULL << 63,
-                                         kTwo63,      kHighestUnsigned,
-                                         kTwo64,      kInfinity};
-  const int ranks[] = {0, 1, 2, 2, 3, 4, 4, 5, 6, 6, 6, 6, 6, 7, 8, 8, 8, 8, 9, 10, 10, 11, 12, 13, 13, 14, 15, 16};
-  for (std::size_t i = 0; i < std::size(ranks); ++i) {
-    for (std::size_t j = 0; j < std::size(ranks); ++j) {
-      const Number &a = ascending[i], &b = ascending[j];
-      const bool same = ranks[i] == ranks[j];
-      EXPECT_TRUE((a <=> b) == (ranks[i] <=> ranks[j])) << a.description() << " and " << b.description();
-      EXPECT_TRUE((a == b) == same && a.isEqual(b) == same) << a.description() << " and " << b.description();
-      EXPECT_TRUE(!same || a.hash() == b.hash()) << a.description();
+TEST(Number, IsOrderedByTheExactValueWhateverTheKind) {
+  std::vector<std::pair<int, Number>> numbers;  // with their ranks
+  eachRowIn("platform.txt", "ascending numbers", [&, rank = 0](const Cells& row) mutable {
+    for (const std::string& number : row) numbers.emplace_back(rank, numberOf(number));
+    ++rank;
+  });
+  for (const auto& [rankA, a] : numbers) {
+    for (const auto& [rankB, b] : numbers) {
+      const bool same = rankA == rankB;
+      EXPECT_TRUE((a <=> b) == (rankA <=> rankB)) << a.description() << " and " << b.description();
+      EXPECT_TRUE((a == b) == same && a.isEqual(b) == same && (!same || a.hash() == b.hash())) << a.description();
     }
   }
 }
@@ -83,37 +45,58 @@ TEST(NumberOrder, FollowsTheExactValueWhateverTheKind) {
 struct Speaking {
   static const Protocol protocol, otherName;
 };
-const Protocol Speaking::protocol{"Speaking"};
-const Protocol Speaking::otherName{"OldSpeaking", &Speaking::protocol};
+const Protocol Speaking::protocol{"Speaking"}, Speaking::otherName{"OldSpeaking", &Speaking::protocol};
 
-class Speaker : public Object, public Speaking {
- public:
-  static const ClassDescriptor descriptor;
-  const ClassDescriptor& classDescriptor() const override { return descriptor; }
+struct Speaker : Object, Speaking {
+  const ClassDescriptor& classDescriptor() const override {
+    static const ClassDescriptor descriptor{"Speaker", nullptr, 0, &Object::descriptor, nullptr};
+    return descriptor;
+  }
   void* asProtocol(const Protocol& wanted) override {
     return &wanted == &Speaking::protocol ? static_cast<Speaking*>(this) : nullptr;
   }
 };
-const ClassDescriptor Speaker::descriptor{"Speaker", nullptr, 0, &Object::descriptor, nullptr};
 
 TEST(Object, AnswersForClassAndProtocol) {
   Speaker speaker, other;
   Number number = 2.5;
-  EXPECT_EQ(protocolCast<Speaking>(&speaker), static_cast<Speaking*>(&speaker));
-  EXPECT_TRUE(!protocolCast<Speaking>(&number) && !protocolCast<Speaking>(nullptr));
-  EXPECT_TRUE(conformsTo(&speaker, Speaking::otherName) && conformsTo(&number, Copying::protocol) &&
-              conformsTo(&number, Coding::protocol));
-  EXPECT_FALSE(conformsTo(&speaker, Copying::protocol));
+  Object *const speaking = &speaker, *const counting = &number, *const none = nullptr;
+  EXPECT_TRUE(protocolCast<Speaking>(speaking) == &speaker && conformsTo(speaking, Speaking::otherName));
+  EXPECT_FALSE(protocolCast<Speaking>(counting) || protocolCast<Speaking>(none) ||
+               conformsTo(speaking, Copying::protocol));
+  EXPECT_TRUE(conformsTo(counting, Copying::protocol) && conformsTo(counting, Coding::protocol));
   EXPECT_TRUE(isKindOf(number, Object::descriptor));
-  EXPECT_EQ(classCast<Number>(static_cast<Object*>(&number)), &number);
-  EXPECT_EQ(classCast<Number>(static_cast<Object*>(&speaker)), nullptr);
-  EXPECT_EQ(classCast<Number>(static_cast<Object*>(nullptr)), nullptr);
+  EXPECT_TRUE(classCast<Number>(counting) == &number && !classCast<Number>(speaking) && !classCast<Number>(none));
   const std::string description = speaker.description();
   EXPECT_TRUE(description.starts_with("<Speaker: 0x") && description.ends_with(">")) << description;
   EXPECT_TRUE(speaker.isEqual(speaker) && !speaker.isEqual(other) && !speaker.copy());
   const Ref<Number> copied = copyOf(number);
   number = 3;
   EXPECT_EQ(*copied, Number(2.5));
+}
+
+TEST(IntegerMath, SaturatesOrWrapsAsNamed) {
+  eachRowIn("platform.txt", "saturated doubles", [](const Cells& row) {
+    const double value = doubleOf(row.at(0));
+    EXPECT_EQ((Cells{row[0], std::to_string(saturateToInt64(value)), std::to_string(saturateToUInt64(value)),
+                     std::to_string(saturateToInt32(value))}),
+              row);
+  });
+  eachRowIn("platform.txt", "integer arithmetic", [](const Cells& row) {
+    const std::int64_t a = std::stoll(row.at(0)), b = std::stoll(row.at(1)), wrapped = std::stoll(row.at(2)),
+                       saturated = std::stoll(row.at(3)), product = std::stoll(row.at(4));
+    EXPECT_TRUE(wrappingAdd(a, b) == wrapped && wrappingAdd(b, a) == wrapped && wrappingSubtract(wrapped, b) == a);
+    EXPECT_TRUE(saturatingAdd(a, b) == saturated && saturatingAdd(b, a) == saturated);
+    EXPECT_TRUE(saturatingMultiply(a, b) == product && saturatingMultiply(b, a) == product);
+    EXPECT_TRUE(b == kInt64Lowest ? saturatingSubtract(0, b) == kInt64Highest : saturatingSubtract(a, -b) == saturated);
+  });
+  constexpr std::uint64_t k2To63 = std::uint64_t{1} << 63;
+  EXPECT_TRUE(saturatingSubtract(kInt64Lowest, kInt64Lowest) == 0 &&
+              saturatingSubtract(-1, kInt64Lowest) == kInt64Highest);
+  EXPECT_TRUE(wrappingNegate(kInt64Lowest) == kInt64Lowest && magnitudeOf(kInt64Lowest) == k2To63);
+  EXPECT_TRUE(saturatingFromUInt64(k2To63) == kInt64Highest && saturatingFromUInt64(k2To63 - 2) == kInt64Highest - 1);
+  EXPECT_TRUE(truncatingDivide(-7, 2) == -3 && truncatingDivide(-7, 0) == 0 && roundHalfAway(-2.5) == -3);
+  EXPECT_EQ(truncatingDivide(kInt64Lowest, -1), kInt64Lowest);
 }
 
 }  // namespace

@@ -24,14 +24,10 @@ class OpenVideoTimecode : public QKVideoTimecode {
  public:
   using Base::Base;
 
-  using Base::_compareDouble, Base::_doubleFrameTime, Base::_timeScaleForTimeRate;
-  using Base::_normalizeTimeScaleForFrameRateIfNecessary, Base::privateNormalizeSecondsValue;
-  using Base::addTimecodeNumberValue, Base::customVideoModeInfo, Base::privateClampIntegerValue;
-  using Base::privateFramesPerHour, Base::privateFramesPerMinute, Base::privateFramesPerTenMinutes;
-  using Base::privateNormalizeHMSFs, Base::privateSetSMPTEHours, Base::privateTimeForHours;
-  using Base::privateTimeForSeconds, Base::privateTimeForVideoFrames;
-  using Base::privateVideoFramesFractionalPart, Base::privateWholeVideoFrames;
-  using Base::setStoredTime, Base::storedTime;
+  using Base::_compareDouble, Base::_doubleFrameTime, Base::addTimecodeNumberValue, Base::customVideoModeInfo;
+  using Base::privateClampIntegerValue, Base::privateNormalizeHMSFs, Base::privateNormalizeSecondsValue;
+  using Base::privateSetSMPTEHours, Base::privateTimeForSeconds, Base::privateTimeForVideoFrames;
+  using Base::privateVideoFramesFractionalPart, Base::privateWholeVideoFrames, Base::setStoredTime, Base::storedTime;
 
   std::int64_t _bestTimeScale() const override { return bestTimeScale ? bestTimeScale : Base::_bestTimeScale(); }
 
@@ -40,8 +36,7 @@ class OpenVideoTimecode : public QKVideoTimecode {
 
 // A value of that many ticks at the best rate of its mode.
 inline OpenVideoTimecode ticksIn(QKSMPTETimecodeMode mode, std::int64_t ticks) {
-  const auto rate = QKVideoTimecode::minimumTickRateForMode(mode);
-  return {MediaTime(ticks, static_cast<std::int32_t>(rate)), mode};
+  return {MediaTime(ticks, static_cast<std::int32_t>(QKVideoTimecode::minimumTickRateForMode(mode))), mode};
 }
 
 inline OpenVideoTimecode secondsIn(QKSMPTETimecodeMode mode, double seconds) {
@@ -61,6 +56,22 @@ inline OpenVideoTimecode storing(const MediaTime& time, QKSMPTETimecodeMode mode
   return value;
 }
 
+// The value that "-1:02:03:04.05" says, of fields in their usual range.
+inline OpenVideoTimecode valueAt(QKSMPTETimecodeMode mode, const std::string& label) {
+  std::int64_t fields[5] = {}, *field = fields;
+  for (const char c : label.substr(label[0] == '-')) {
+    if (c == ':' || c == '.') {
+      ++field;
+    } else {
+      *field = *field * 10 + (c - '0');
+    }
+  }
+  OpenVideoTimecode value = ticksIn(mode, 0);
+  value.privateSetSMPTEHours(fields[0], fields[1], fields[2], fields[3], static_cast<double>(fields[4]) / 80);
+  value.setIsNegative(label[0] == '-');
+  return value;
+}
+
 inline SMPTEFieldSet fieldsOf(QKVideoTimecode& value) {
   SMPTEFieldSet f;
   value.getSMPTEHours(&f.hours, &f.minutes, &f.seconds, &f.frames, &f.subframes, nullptr);
@@ -69,9 +80,10 @@ inline SMPTEFieldSet fieldsOf(QKVideoTimecode& value) {
 
 // "1:02:03:04.79", "-0:00:00:01.00".
 inline std::string textOf(const SMPTEFieldSet& f) {
-  const auto two = [](std::int64_t n) { return (n < 10 ? "0" : "") + std::to_string(n); };
-  return std::to_string(f.hours) + ':' + two(f.minutes) + ':' + two(f.seconds) + ':' + two(f.frames) + '.' +
-         two(f.subframes);
+  std::string text = std::to_string(f.hours);
+  for (const auto& [mark, n] : {std::pair(':', f.minutes), {':', f.seconds}, {':', f.frames}, {'.', f.subframes}})
+    text.append(1, mark).append(n < 10 ? "0" : "").append(std::to_string(n));
+  return text;
 }
 inline std::string labelOf(QKVideoTimecode& value) { return (value.isNegative() ? "-" : "") + textOf(fieldsOf(value)); }
 

@@ -9,17 +9,14 @@
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace quill {
 
 struct RecordedAssertion {
-  std::string method;
+  std::string method, file, description;
   const Object* object;  // may be dead by the time it is read
-  std::string file;
   int line;
-  std::string description;
 };
 
 class ReportRecorder {
@@ -29,33 +26,24 @@ class ReportRecorder {
   explicit ReportRecorder(Assertions kind = Thrown)
       : log_(setLogSink([this](std::string_view line) { logs.emplace_back(line); })),
         assertion_(setAssertionHandler([this, kind](const AssertionFailure& failure) {
-          assertions.push_back({std::string(failure.method), failure.object, std::string(failure.file), failure.line,
-                                std::string(failure.description)});
+          assertions.push_back({std::string(failure.method), std::string(failure.file),
+                                std::string(failure.description), failure.object, failure.line});
           if (kind == Thrown) throw InternalInconsistencyFailure(failure);
         })),
         light_(setLightAssertionSink([this](std::string_view line) { lights.emplace_back(line); })) {}
   ReportRecorder(const ReportRecorder&) = delete;
   ReportRecorder& operator=(const ReportRecorder&) = delete;
-  ~ReportRecorder() {
-    setLogSink(std::move(log_));
-    setAssertionHandler(std::move(assertion_));
-    setLightAssertionSink(std::move(light_));
-  }
+  ~ReportRecorder() { setLogSink(log_), setAssertionHandler(assertion_), setLightAssertionSink(light_); }
 
   bool isQuiet() const { return logs.empty() && assertions.empty() && lights.empty(); }
 
-  void clear() {
-    logs.clear();
-    assertions.clear();
-    lights.clear();
-  }
+  void clear() { logs.clear(), assertions.clear(), lights.clear(); }
 
   // Every report in a line of its own, for a failed test's message.
   friend std::ostream& operator<<(std::ostream& stream, const ReportRecorder& reports) {
     for (const auto& log : reports.logs) stream << "log: " << log << '\n';
-    for (const auto& a : reports.assertions) {
+    for (const auto& a : reports.assertions)
       stream << "assertion: " << a.method << ' ' << a.file << ':' << a.line << ' ' << a.description << '\n';
-    }
     for (const auto& light : reports.lights) stream << "light: " << light;
     return stream;
   }

@@ -1,67 +1,79 @@
 #include "../Framework/SMPTEArithmetic.h"
 
 #include "OpenVideoTimecode.h"
-
-#include <gtest/gtest.h>
+#include "SlowLabelWalker.h"
+#include "TextTable.h"
 
 #include <algorithm>
-#include <random>
-#include <tuple>
-#include <type_traits>
 
 namespace quill {
 namespace {
 
-static_assert(std::is_aggregate_v<SMPTEFieldSet> && sizeof(SMPTEFieldSet) == 40);
-static_assert(SMPTEFieldSet{1, 0, 0, 0, 0} > SMPTEFieldSet{0, 59, 59, 119, 79});
+// Any integer is a rate; a fraction, or a mode given for one, is not.
+static_assert(std::is_convertible_v<int, TimeRate> && !std::is_convertible_v<double, TimeRate> &&
+              !std::is_convertible_v<QKSMPTETimecodeMode, TimeRate> && TimeRate(-1) == QKTimecodeBestTimeRate);
 
-// Drop-frame rows follow from 1800 - 2 labels a minute, 18000 - 9 x 2 in ten, and so on at 60 and 120.
+QKSMPTETimecodeMode modeOf(std::size_t mode) { return static_cast<QKSMPTETimecodeMode>(mode); }
+
+TEST(TimecodeModeTable, HoldsTheNineteenModesWhoseNamesReadBothWays) {
+  std::vector<Cells> modes;
+  eachRowIn("labels.txt", "modes", [&](const Cells& cells) { modes.push_back(cells); });
+  ASSERT_EQ(modes.size(), 21u);
+  for (std::size_t i = 0; i < modes.size(); ++i) {
+    const std::string name = "QKSMPTETimecodeMode" + modes[i][0], shortName = modes[i][1];
+    SCOPED_TRACE(name);
+    EXPECT_EQ(timecodeModeName(modeOf(i)), name);
+    EXPECT_EQ(timecodeModeShortName(modeOf(i)), shortName);
+    EXPECT_TRUE(timecodeModeNamed(name) == modeOf(i) && timecodeModeNamed(shortName) == modeOf(i));
+    const TimecodeModeRow* row = timecodeModeRow(modeOf(i));
+    ASSERT_EQ(row != nullptr, i < 19);
+    if (!row) continue;
+    const double labels = doubleOf(modes[i].at(2)), whole = doubleOf(modes.at(std::stoul(modes[i].at(4))).at(2));
+    const double decimals = doubleOf(partsOf(partsOf(shortName, " ")[0], "df")[0]);
+    const double rate = decimals == whole ? whole : whole * 1000 / 1001;
+    EXPECT_NEAR(rate, decimals, 0.002);
+    EXPECT_TRUE(row->videoFrameRate() == rate && row->nominalFrameRate() == (labels == 0 ? rate : labels));
+    EXPECT_EQ(std::to_string(row->droppedLabels()) + " " + std::to_string(row->plainMode),
+              modes[i].at(3) + " " + modes[i][4]);
+  }
+  EXPECT_FALSE(timecodeModeRow(modeOf(21)) || timecodeModeRow(static_cast<QKSMPTETimecodeMode>(-1)));
+  EXPECT_TRUE(timecodeModeName(modeOf(21)).empty() && timecodeModeShortName(modeOf(21)).empty());
+}
+
+TEST(TimecodeModeTable, NamesAsPeopleWriteThem) {
+  eachRowIn("labels.txt", "mode names", [](const Cells& row) {
+    EXPECT_EQ(timecodeModeNamed(row.at(0)).value_or(static_cast<QKSMPTETimecodeMode>(-1)), std::stoi(row.at(1)));
+  });
+  EXPECT_TRUE(isDroppedLabel(modeOf(6), 61, 0, 1) && !isDroppedLabel(modeOf(6), -1, 0, 1));
+  EXPECT_FALSE(isDroppedLabel(modeOf(6), 1, 0, -1) || isDroppedLabel(modeOf(19), 1, 0, 1));
+}
+
+// "1 2 3 4" or "1 2 3 4 5".
+SMPTEFieldSet fieldSetOf(const std::string& text) {
+  std::int64_t f[5] = {};
+  std::ranges::transform(partsOf(text, " "), f, [](const std::string& field) { return std::stoll(field); });
+  return {f[0], f[1], f[2], f[3], f[4]};
+}
+
 TEST(SMPTEArithmetic, LabelsAndFrameNumbersOfWorkedRows) {
-  const std::tuple<double, std::int64_t, SMPTEFieldSet> rows[] = {
-      {30, 1799, {0, 0, 59, 29, 0}},  {30, 1800, {0, 1, 0, 2, 0}},   {30, 3598, {0, 2, 0, 2, 0}},
-      {30, 17982, {0, 10, 0, 0, 0}},  {30, 107892, {1, 0, 0, 0, 0}}, {60, 3600, {0, 1, 0, 4, 0}},
-      {60, 215784, {1, 0, 0, 0, 0}},  {120, 7200, {0, 1, 0, 8, 0}},  {120, 71928, {0, 10, 0, 0, 0}},
-      {24, 86399, {0, 59, 59, 23, 0}}};
-  for (const auto& [rate, frame, label] : rows) {
-    const auto counting = SMPTECounting::atRate(rate, rate > 24);
-    EXPECT_EQ(labelFromFrame(counting, frame), label) << rate << ": " << frame;
-    EXPECT_EQ(frameFromLabel(counting, label), frame) << rate << ": " << frame;
-    // A skipped label is the first frame of its minute.
-    for (std::int64_t skipped = 0; skipped < counting.dropped; ++skipped) {
-      for (std::int64_t minute = 1; minute < 10; ++minute) {
-        EXPECT_EQ(frameFromLabel(counting, {0, minute, 0, skipped, 0}),
-                  frameFromLabel(counting, {0, minute, 0, counting.dropped, 0}));
-      }
+  eachRowIn("labels.txt", "frame numbers", [](const Cells& cells) {
+    const TimecodeModeRow& row = *timecodeModeRow(timecodeModeNamed(cells.at(0)).value());
+    const std::int64_t frame = std::stoll(cells.at(1));
+    const SMPTEFieldSet label = fieldSetOf(cells.at(2));
+    const auto counting = SMPTECounting::atRate(row.nominalFrameRate(), row.kind == TimecodeModeKind::Drop);
+    EXPECT_EQ(labelFromFrame(counting, frame), label);
+    EXPECT_EQ(frameFromLabel(counting, label), frame);
+    SlowLabelWalker walker{&row};
+    for (std::int64_t n = 0; n < frame; ++n) walker.next();
+    EXPECT_EQ(walker.label, label);
+    // A skipped label is dropped, and stands for the first frame of its minute.
+    for (std::int64_t f = 0; f < row.countingRate; ++f) {
+      const std::int64_t first = std::max(f, row.droppedLabels());
+      EXPECT_EQ(frameFromLabel(counting, {0, 9, 0, f, 0}), frameFromLabel(counting, {0, 9, 0, first, 0})) << f;
+      EXPECT_EQ(isDroppedLabel(row.mode, 9, 0, f), first != f) << f;
+      EXPECT_FALSE(isDroppedLabel(row.mode, 10, 0, f) || isDroppedLabel(row.mode, 9, 1, f)) << f;
     }
-  }
-}
-
-// All fields in subframes.
-std::int64_t sumOf(const SMPTEFieldSet& f, std::int64_t rate) {
-  return (((f.hours * 60 + f.minutes) * 60 + f.seconds) * rate + f.frames) * 80 + f.subframes;
-}
-
-bool isCarried(const SMPTEFieldSet& f, std::int64_t rate) {
-  return f.subframes >= 0 && f.subframes < 80 && f.frames >= 0 && f.frames < rate && f.seconds >= 0 && f.seconds < 60 &&
-         f.minutes >= 0 && f.minutes < 60;
-}
-
-TEST(SMPTEArithmetic, FieldSetsCarryAndBorrowWithoutLoss) {
-  std::mt19937_64 random(1);
-  const auto upTo = [&random](std::uint64_t n) {
-    return static_cast<std::int64_t>(random() % (2 * n + 1)) - static_cast<std::int64_t>(n);
-  };
-  for (int i = 0; i < 20000; ++i) {
-    const std::int64_t rate = 61 + upTo(60), frames = upTo(100000);
-    const SMPTEFieldSet a{upTo(200), upTo(200), upTo(200), upTo(500), upTo(500)};
-    const SMPTEFieldSet b{upTo(200), upTo(200), upTo(200), upTo(500), upTo(500)};
-    const SMPTEFieldSet sum = addFields(a, b, rate), difference = subtractFields(a, b, rate),
-                        adjusted = privateHMSFsFrameAdjustment(a, frames, rate);
-    ASSERT_TRUE(isCarried(sum, rate) && isCarried(difference, rate) && isCarried(adjusted, rate));
-    ASSERT_EQ(sumOf(sum, rate), sumOf(a, rate) + sumOf(b, rate));
-    ASSERT_EQ(sumOf(difference, rate), sumOf(a, rate) - sumOf(b, rate));
-    ASSERT_EQ(sumOf(adjusted, rate), sumOf(a, rate) + 80 * frames);
-  }
+  });
 }
 
 // Across a dropped label a change by field arithmetic alone would be D frames off. It is exact for changes that reach no
@@ -73,14 +85,13 @@ TEST(SMPTEArithmetic, SmallChangesMoveByAsManyFramesAsTheySay) {
     std::int64_t differences = 0;
     for (std::int64_t n = farthest; n < counting.framesPerTenMinutes + 2 * rate; ++n) {
       const SMPTEFieldSet label = labelFromFrame(counting, n);
-      for (std::int64_t frames = 1; frames <= farthest; ++frames) {
-        const SMPTEFieldSet change = carriedFields({0, 0, 0, frames, 0}, rate);
-        if (change.frames == 0) continue;  // whole seconds move the label, not the frames
-        for (const std::int64_t sign : {1, -1}) {
-          const SMPTEFieldSet moved = sign > 0 ? addFields(label, change, rate) : subtractFields(label, change, rate);
-          const std::int64_t adjustment = dropFrameAdjustment(rate, label, moved, change);
-          const SMPTEFieldSet adjusted = privateHMSFsFrameAdjustment(moved, adjustment, rate);
-          differences += frameFromLabel(counting, adjusted) != n + sign * frames;
+      for (std::int64_t frames = 1; frames < farthest; frames += frames % rate == rate - 1 ? 2 : 1) {
+        // Not whole seconds, which move the label, not the frames.
+        const SMPTEFieldSet change{0, 0, frames / rate, frames % rate, 0};
+        for (const bool adds : {true, false}) {
+          SMPTEFieldSet moved = adds ? addFields(label, change, rate) : subtractFields(label, change, rate);
+          moved = privateHMSFsFrameAdjustment(moved, dropFrameAdjustment(rate, label, moved, change), rate);
+          differences += frameFromLabel(counting, moved) != (adds ? n + frames : n - frames);
         }
       }
     }
@@ -89,67 +100,39 @@ TEST(SMPTEArithmetic, SmallChangesMoveByAsManyFramesAsTheySay) {
 }
 
 TEST(SMPTEArithmetic, DropFrameAdjustment) {
-  const std::tuple<const char*, std::int64_t, SMPTEFieldSet, SMPTEFieldSet, SMPTEFieldSet, std::int64_t> rows[] = {
-      {"119.88: k is 0", 120, {0, 0, 59, 119, 0}, {0, 1, 0, 0, 0}, {0, 0, 0, 1, 0}, 0},
-      {"99 frames", 30, {0, 0, 57, 0, 0}, {0, 1, 0, 9, 0}, {0, 0, 3, 9, 0}, 2},
-      {"to second k", 30, {0, 0, 59, 25, 0}, {0, 1, 3, 4, 0}, {0, 0, 3, 9, 0}, 2},
-      {"99 frames and a subframe", 30, {0, 0, 57, 0, 0}, {0, 1, 0, 9, 1}, {0, 0, 3, 9, 1}, 0},
-      {"from too early", 30, {0, 0, 56, 29, 0}, {0, 1, 0, 8, 0}, {0, 0, 3, 9, 0}, 0},
-      {"unmoved on label 1", 30, {0, 1, 0, 1, 0}, {0, 1, 0, 1, 0}, {}, 1},
-      {"unmoved in a tenth minute", 30, {0, 10, 0, 0, 0}, {0, 10, 0, 0, 0}, {}, 0},
-      {"back from too late", 30, {0, 1, 4, 0, 0}, {0, 1, 0, 1, 0}, {0, 0, 3, 29, 0}, 0},
-  };
-  for (const auto& [label, rate, before, after, change, frames] : rows) {
-    EXPECT_EQ(dropFrameAdjustment(rate, before, after, change), frames) << label;
-  }
+  eachRowIn("labels.txt", "drop-frame adjustment", [](const Cells& row) {
+    const SMPTEFieldSet before = fieldSetOf(row.at(1)), after = fieldSetOf(row.at(2)), change = fieldSetOf(row.at(3));
+    EXPECT_EQ(dropFrameAdjustment(std::stoll(row.at(0)), before, after, change), std::stoll(row.at(4)));
+  });
 }
 
-// The fraction at which a part count begins, found to the last double, is where k / parts - 1/1000 says.
 TEST(SMPTEArithmetic, PartsOfAFrameBeginAThousandthEarly) {
-  for (const std::int64_t parts : {80, 4}) {
-    const auto partsOf = parts == 80 ? subframesFromFraction : quarterFramesFromFraction;
-    for (std::int64_t k = 1; k < parts; ++k) {
-      double low = 0, high = 1;
-      for (int i = 0; i < 60; ++i) (partsOf((low + high) / 2) < k ? low : high) = (low + high) / 2;
-      ASSERT_NEAR(high, static_cast<double>(k) / static_cast<double>(parts) - 0.001, 1e-14) << k << " of " << parts;
-      ASSERT_TRUE(partsOf(low) == k - 1 && partsOf(high) == k) << k << " of " << parts;
-    }
-    EXPECT_TRUE(partsOf(0.999) == parts - 1 && partsOf(1e300) == parts - 1 && partsOf(kNaN) == 0);
+  eachRowIn("labels.txt", "parts of a frame", [](const Cells& row) {
+    EXPECT_EQ(std::to_string(subframesFromFraction(doubleOf(row.at(0)))), row.at(1));
+    EXPECT_EQ(std::to_string(quarterFramesFromFraction(doubleOf(row[0]))), row.at(2));
+  });
+}
+
+TEST(SMPTEArithmetic, CountsUpToTheEndOf64Bits) {
+  for (const double rate : {1.0, 25.0, 30.0, 1e15}) {
+    const auto counting = SMPTECounting::atRate(rate, rate == 30);
+    for (const std::int64_t n : {std::int64_t{0}, std::int64_t{0xFFFFFFFF}, std::int64_t{0x100000000}, kInt64Highest})
+      EXPECT_EQ(frameFromLabel(counting, labelFromFrame(counting, n)), n) << rate;
+    for (const std::int64_t hours : {kInt64Highest / counting.framesPerHour + 1, kInt64Highest})
+      EXPECT_EQ(frameFromLabel(counting, {hours, hours, 59, hours, 0}), kInt64Highest) << rate;
   }
 }
 
-TEST(SMPTEArithmetic, IsDefinedForEveryInteger) {
-  constexpr std::int64_t kExtremes[] = {kInt64Lowest,          -1,           0, 1, 60, 107892, 0xFFFFFFFF, 0x100000000,
-                                        std::int64_t{1} << 55, kInt64Highest};
-  const auto real = [](std::int64_t n) { return static_cast<double>(n); };
-  for (const double rate : {1.0, 30.0, 120.0, 1e15, 29.5, 1e300, -30.0, 0.0, kNaN}) {
-    const auto counting = SMPTECounting::atRate(rate, rate == 30 || rate == 120);
-    for (const std::int64_t a : kExtremes) {
-      const std::int64_t back = frameFromLabel(counting, labelFromFrame(counting, a));
-      ASSERT_TRUE(counting.whole == 0 || a < 0 || back == a) << rate << ' ' << a;
-      for (const std::int64_t b : kExtremes) {
-        if (a < 0 || b < 0 || counting.whole == 0 || counting.dropped > 0) continue;
-        const double exact = real(a) * 3600 * rate + real(b) * 61 * rate + real(a);
-        const std::int64_t n = frameFromLabel(counting, {a, b, b, a, 0});
-        ASSERT_NEAR(real(n), std::min(exact, kTwoTo63), 1e-9 * exact) << a << ' ' << b;
-      }
-    }
-  }
-  for (const std::int64_t a : kExtremes) {
-    for (const std::int64_t b : kExtremes) {
-      for (const std::int64_t rate : {std::int64_t{1}, std::int64_t{30}, kInt64Highest}) {
-        const SMPTEFieldSet x{b, a, a, a, a}, y{a, b, b, b, b};
-        ASSERT_TRUE(isCarried(addFields(x, y, rate), rate) && isCarried(subtractFields(x, y, rate), rate) &&
-                    isCarried(privateHMSFsFrameAdjustment(x, b, rate), rate))
-            << a << ' ' << b;
-        for (const auto& after : {x, y, SMPTEFieldSet{}}) {
-          const std::int64_t frames = dropFrameAdjustment(rate, x, after, {0, 0, 0, 1, 0});
-          ASSERT_GE(frames, -(rate / 15));
-          ASSERT_LE(frames, saturatingAdd(rate / 15, saturatingFromUInt64(magnitudeOf(a))));
-        }
-      }
-    }
-  }
+TEST(QKTimecodeUtilities, AreArithmetic) {
+  eachRowIn("platform.txt", "least common multiples", [](const Cells& row) {
+    const std::uint64_t a = saturatingUInt64(row.at(0)), b = saturatingUInt64(row.at(1)),
+                        c = saturatingUInt64(row.at(2));
+    EXPECT_TRUE(_QKTimecodeUtilityLCM(a, b) == c && _QKTimecodeUtilityLCM(b, a) == c);
+  });
+  EXPECT_TRUE(allNonnegative(0, -1) && allNonnegative(3, 1, 0, kInt64Highest) && allNonnegative(2, 1, 0, -1));
+  EXPECT_FALSE(allNonnegative(3, 1, 0, -1) || allNonnegative(1, kInt64Lowest));
+  EXPECT_EQ(privateSecondsFromHMS(1, 2, 3.5), 3723.5);
+  EXPECT_EQ(privateSecondsFromHMS(kInt64Lowest, -1, 0), -kTwoTo63 * 3600 - 60);
 }
 
 }  // namespace
