@@ -208,7 +208,9 @@ bool QKOneDFramesTimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Objec
   field = massagedFieldValue(field, tag, object);
   const bool isNegative = detail::isNegative<QKBasicTimecode>(object);
   const std::int64_t higher = leads ? 0 : count - count % kUnits[tag + 1];
-  setFramesOnObject(saturatingAdd(saturatingMultiply(field, unit), saturatingAdd(higher, count % unit)), object);
+  const double units = static_cast<double>(count) / static_cast<double>(unit);  // exact enough below 2^52 frames
+  const std::int64_t lower = saturateToInt64((units - std::trunc(units)) * static_cast<double>(unit) + 0.5);
+  setFramesOnObject(saturatingAdd(saturatingMultiply(field, unit), saturatingAdd(higher, lower)), object);
   setNegative(object, isNegative);
   if (result) *result = object->copy();
   return true;

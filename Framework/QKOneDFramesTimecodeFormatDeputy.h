@@ -69,7 +69,9 @@ class QUILL_EXPORT QKOneDFramesTimecodeFormatDeputy : public QKFormatDeputy {
   // ---- Stepping and typing ----
 
   // A step through zero mirrors the value: the stepped segment reads 1, the lower ones keep their digits. 500 down a
-  // thousand is -1500; from a whole number of steps a value lands on 0 upward and on -1 step downward.
+  // thousand is -1500; from a whole number of steps a value lands on 0 upward and on -1 step downward. The lower digits
+  // pass through a double and are cut, on purpose: some end one short (1 down a thousand is -1000). Those below a typed
+  // segment are rounded, and kept as long as the count is below 2^52.
   void getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag, std::int64_t increment,
                                                 Object* object) const override;
   bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string, std::int64_t tag, Object* object,

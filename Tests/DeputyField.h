@@ -1,121 +1,103 @@
-// A deputy at work, in texts: what a timecode field that allows negatives shows and takes.
+// A deputy, or a whole formatter, at work in texts: what a timecode field that allows negatives shows and takes.
 #pragma once
 
-#include "../Framework/QKTimecode.h"
-#include "../Framework/QKTimecodeFormatter.h"
-
-#include <gtest/gtest.h>
+#include "FormatterFixtures.h"
 
 #include <functional>
-#include <random>
 
 namespace quill {
-
-inline constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-inline constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
 
 // Values of a position, at 24 frames per second in ticks and in the seconds mode.
 using Maker = std::function<Ref<Object>(double)>;
 inline Ref<Object> inTicks(double seconds) {
-  const auto timecode = std::make_shared<QKTimecode>(0, 6'000'000, QKSMPTETimecodeMode_24);
+  const auto timecode = std::make_shared<QKTimecode>(0, 6'000'000, k24);
   timecode->setSeconds(seconds);
   return timecode;
 }
 inline Ref<Object> asSeconds(double seconds) {
-  return std::make_shared<QKTimecode>(seconds, QKTimecodeUseSeconds, QKSMPTETimecodeMode_24);
+  return std::make_shared<QKTimecode>(seconds, QKTimecodeUseSeconds, k24);
 }
 
-// A row: a position, what is done to it, and the text after that; a failure stands in brackets. What is done is an entry,
-// or a tag and an increment or a text that is typed. Text holds many rows: "10 +1.5 > 11.500; 10 x > [Not a number.]".
-struct FieldRow {
-  FieldRow(double position, std::string_view after) : from(position), text(after) {}
-  FieldRow(double position, std::string_view entry, std::string_view after)
-      : from(position), argument(entry), text(after) {}
-  FieldRow(double position, int tag, std::string_view typed, std::string_view after)
-      : from(position), argument(std::to_string(tag).append(" ").append(typed)), text(after) {}
-  double from;
-  std::string argument, text;
-};
-struct FieldRows : std::vector<FieldRow> {
-  FieldRows(std::initializer_list<FieldRow> rows) : std::vector<FieldRow>(rows) {}
-  FieldRows(const char* text) {
-    std::string_view all = text;
-    for (std::size_t end = 0; end != std::string_view::npos; all.remove_prefix(end < all.size() ? end + 2 : 0)) {
-      end = all.find("; ");
-      const std::string_view row = all.substr(0, end);
-      const std::size_t middle = row.find(" > "), space = row.find(' ');
-      const double from = doubleFromText(row.substr(row[0] == '-', space - (row[0] == '-')));
-      emplace_back(row[0] == '-' ? -from : from, space < middle ? row.substr(space + 1, middle - space - 1) : "",
-                   row.substr(middle + 3));
-    }
-  }
-};
+inline double numberOf(const std::string& text) {
+  return text.starts_with('-') ? -doubleFromText(text.substr(1)) : doubleFromText(text);
+}
 
 class DeputyField {
  public:
-  // Each row is run once for each way to make a value.
+  // Each row is run once for each way to make a value. "10 +1.5 > 11.500; 10 x > [Not a number.]" is two rows: a position,
+  // what is done to it (an entry, or a tag and an increment or a text that is typed), and the text after that.
   explicit DeputyField(const QKFormatDeputy& deputy, std::vector<Maker> makers = {inTicks, asSeconds})
-      : deputy_(deputy), makers_(std::move(makers)) {
+      : deputy_(&deputy), makers_(std::move(makers)) {
     formatter.setAllowsNegative(true);
   }
+  // A deputy of a formatter, or the formatter itself; results are written as they show, or as labels.
+  DeputyField(const QKTimecodeFormatter& settings, std::optional<QKTimecodeFormat> format, bool givesLabels)
+      : formatter(settings),
+        deputy_(format ? formatter.deputyForFormat(*format).get() : nullptr),
+        givesLabels_(givesLabels) {}
 
-  void expectShown(const FieldRows& rows) const {
-    eachRow(rows, [this](auto& value, auto&) { return shown(value); });
-  }
+  void expectShown(const char* rows) { expect("show", rows); }
   // The text cut at the segments: "-01|02|03".
-  void expectSegments(const FieldRows& rows) const {
-    eachRow(rows, [this](auto& value, auto&) { return segments(value); });
-  }
-  void expectEntries(const FieldRows& rows) {
-    eachRow(rows, [this](auto& value, auto& entry) { return entered(value, entry); });
-  }
-  void expectSteps(const FieldRows& rows) const {
-    eachRow(rows, [this](auto& value, auto& step) {
-      return stepped(value, std::stoll(step), std::stoll(step.substr(step.find(' '))));
-    });
-  }
-  void expectTyped(const FieldRows& rows) const {
-    eachRow(rows, [this](auto& value, auto& tagAndText) {
-      return typed(value, std::stoll(tagAndText), std::string_view(tagAndText).substr(tagAndText.find(' ') + 1));
-    });
-  }
+  void expectSegments(const char* rows) { expect("cut", rows); }
+  void expectEntries(const char* rows) { expect("enter", rows); }
+  void expectSteps(const char* rows) { expect("step", rows); }
+  void expectTyped(const char* rows) { expect("type", rows); }
 
-  std::string shown(Object& value) const { return deputy_.stringForObjectValue(&value, formatter); }
-
-  std::string entered(const Object& value, std::string_view text) {
-    formatter.setCurrentTimecode(value.copy());
+  // What comes of an entry, of "2 -1" (tag 2 a step down) or of "2 59" (typed into it): its text, or its label where
+  // values are made of labels; an error in brackets. A step leaves the value alone. Typing changes it and gives a copy;
+  // what a formatter leaves there, where that is not the result, stands behind a comma.
+  std::string run(const std::string& verb, Object& value, const std::string& argument) {
+    if (verb == "show") return shown(value);
+    if (verb == "cut") return segments(value);
+    if (verb == "nil") return deputy_->defaultNilSymbol();
+    if (verb == "selected") return std::to_string(deputy_->defaultSelectedSegmentTagInObjectValue(&value));
+    if (verb == "bounds") return labelOf(formatter.minimum()) + ' ' + labelOf(formatter.maximum());
+    if (verb == "legal") return legalCharacters();
+    if (verb == "segment") return segment(value, std::stoll(argument));
     std::string error;
     Ref<Object> result;
-    return deputy_.getObjectValue(&result, text, formatter, &error) ? shown(*result) : "[" + error + "]";
-  }
-
-  // A step leaves the value alone.
-  std::string stepped(Object& value, std::int64_t tag, std::int64_t increment) const {
-    const std::string before = shown(value);
-    Ref<Object> result;
-    deputy_.getObjectValueIncrementingSegmentWithTag(&result, tag, increment, &value);
-    EXPECT_EQ(shown(value), before);
-    return result ? shown(*result) : "[none]";
-  }
-
-  // Typing changes the value, and gives a copy.
-  std::string typed(Object& value, std::int64_t tag, std::string_view text) const {
-    std::string error;
-    Ref<Object> result;
-    if (!deputy_.getObjectValueForSegmentWithTag(&result, text, tag, &value, &error)) return "[" + error + "]";
-    EXPECT_EQ(shown(*result), shown(value));
+    if (verb == "enter") {
+      formatter.setCurrentTimecode(value.copy());
+      const bool isDone = deputy_ ? deputy_->getObjectValue(&result, argument, formatter, &error)
+                                  : formatter.getObjectValue(&result, argument, &error);
+      return isDone ? text(*result) : "[" + error + "]";
+    }
+    const std::int64_t tag = std::stoll(argument);
+    const std::string rest = argument.substr(argument.find(' ') + 1);
+    if (verb == "step") {
+      const std::string before = text(value);
+      deputy_ ? deputy_->getObjectValueIncrementingSegmentWithTag(&result, tag, std::stoll(rest), &value)
+              : formatter.getObjectValueIncrementingSegmentWithTag(&result, tag, std::stoll(rest), &value);
+      EXPECT_EQ(text(value), before);
+      return result ? text(*result) : "[none]";
+    }
+    const bool isDone = deputy_ ? deputy_->getObjectValueForSegmentWithTag(&result, rest, tag, &value, &error)
+                                : formatter.getObjectValueForSegmentWithTag(&result, rest, tag, &value, &error);
+    if (!isDone) return "[" + error + "]";
     EXPECT_NE(result.get(), &value);
-    return shown(*result);
+    const std::string now = text(value), after = text(*result);
+    return now == after ? after : after + ", " + now;
+  }
+  std::string entered(const Object& value, const std::string& entry) { return run("enter", *value.copy(), entry); }
+  std::string stepped(Object& value, std::int64_t tag, std::int64_t increment) {
+    return run("step", value, std::to_string(tag) + ' ' + std::to_string(increment));
+  }
+  std::string typed(Object& value, std::int64_t tag, const std::string& typing) {
+    return run("type", value, std::to_string(tag) + ' ' + typing);
+  }
+  std::string shown(Object& value) const {
+    return deputy_ ? deputy_->stringForObjectValue(&value, formatter)
+                   : formatter.stringForObjectValue(&value).value_or("nothing");
   }
 
   // Widths are the lengths of the ranges, tags and indexes match.
   std::string segments(Object& value) const {
     std::string cut;
-    for (std::int64_t index = 0; index < deputy_.segmentCountInObjectValue(&value); ++index) {
-      const std::int64_t tag = deputy_.segmentTagForIndex(index, &value);
-      const Range range = deputy_.substringRangeForSegmentWithTag(tag, &value);
-      EXPECT_EQ(deputy_.segmentIndexForTag(tag, &value), index);
-      EXPECT_EQ(static_cast<std::uint64_t>(deputy_.segmentFieldWidthForTag(tag, &value)), range.length);
+    for (std::int64_t index = 0; index < deputy_->segmentCountInObjectValue(&value); ++index) {
+      const std::int64_t tag = deputy_->segmentTagForIndex(index, &value);
+      const Range range = deputy_->substringRangeForSegmentWithTag(tag, &value);
+      EXPECT_EQ(deputy_->segmentIndexForTag(tag, &value), index);
+      EXPECT_EQ(static_cast<std::uint64_t>(deputy_->segmentFieldWidthForTag(tag, &value)), range.length);
       if (index > 0) cut += '|';
       cut += substring(shown(value), range);
     }
@@ -128,27 +110,41 @@ class DeputyField {
     std::string all;
     for (std::int64_t tag = firstTag; tag <= lastTag; ++tag) {
       bool atLeft = true, atRight = true;
-      deputy_.segmentWithTagHasPadding(tag, &atLeft, &atRight, value.get());
+      deputy_->segmentWithTagHasPadding(tag, &atLeft, &atRight, value.get());
       all += {' ', atLeft ? '1' : '0', atRight ? '1' : '0'};
     }
     return all.substr(1);
   }
 
-  // Feeds texts of random bytes, most of them such as entries have, and random steps: what comes out can be shown.
+  // A segment's index, padding at left and right, the digits of its formatter ("+" where it takes no sign), width and range,
+  // as "1 11 2+ 2 3+2".
+  std::string segment(Object& value, std::int64_t tag) const {
+    const Range range = deputy_->substringRangeForSegmentWithTag(tag, &value);
+    const auto* f = deputy_->formatterForSegmentTag(tag, &value);
+    std::string digits = f ? std::to_string(f->maximumIntegerDigits()) + (f->minimum() ? "+" : "") : "none";
+    if (digits.starts_with(std::to_string(NumberFormatter::kDefaultMaximumIntegerDigits))) digits = "any";
+    return std::to_string(deputy_->segmentIndexForTag(tag, &value)) + ' ' + paddings(tag, tag) + ' ' + digits + ' ' +
+           std::to_string(deputy_->segmentFieldWidthForTag(tag, &value)) + ' ' + std::to_string(range.location) + '+' +
+           std::to_string(range.length);
+  }
+  // In ASCII.
+  std::string legalCharacters() const {
+    std::string all;
+    for (char c = ' '; c <= '~'; ++c)
+      all.append(deputy_->legalCharacterSet().contains(static_cast<char32_t>(c)) ? 1 : 0, c);
+    return all;
+  }
+
+  // Feeds random texts and steps: what comes out can be shown.
   void survivesRandomInput(double from) {
-    constexpr std::string_view kUsual = "0123456789012345678901234567890123456789.,;:+- eE~\t";
-    std::mt19937 random(20240229);
-    const auto below = [&](std::size_t limit) { return random() % limit; };
-    for (int round = 0; round < 4000; ++round) {
-      std::string text(below(24), ' ');
-      for (char& c : text) c = below(20) == 0 ? static_cast<char>(random()) : kUsual[below(kUsual.size())];
-      const std::int64_t increments[] = {1, -1, static_cast<std::int32_t>(random()), kLowest, kHighest};
-      const std::int64_t increment = increments[below(5)], tag = static_cast<std::int64_t>(below(20)) - 10;
-      const Ref<Object> value = makers_[below(makers_.size())](from);
-      deputy_.isPartialStringValid(text, nullptr);
-      EXPECT_NE(entered(*value, text), "") << text;
-      EXPECT_NE(stepped(*value, tag, increment), "") << tag << " by " << increment;
-      EXPECT_NE(typed(*value, tag, text), "") << text;
+    Random random;
+    for (int round = 0; round < 2000; ++round) {
+      const std::string entry = random.text(), tag = std::to_string(static_cast<int>(random.below(20)) - 10) + ' ';
+      const Ref<Object> value = makers_[random.below(makers_.size())](from);
+      deputy_->isPartialStringValid(entry, nullptr);
+      EXPECT_NE(run("enter", *value, entry), "") << entry;
+      EXPECT_NE(run("step", *value, tag + std::to_string(random.integer())), "") << tag;
+      EXPECT_NE(run("type", *value, tag + entry), "") << tag << entry;
       segments(*value);
     }
   }
@@ -156,15 +152,21 @@ class DeputyField {
   QKTimecodeFormatter formatter;
 
  private:
-  template <class Run>
-  void eachRow(const FieldRows& rows, Run run) const {
-    for (const FieldRow& row : rows) {
-      for (const Maker& make : makers_) EXPECT_EQ(run(*make(row.from), row.argument), row.text) << row.from;
-    }
+  void expect(const char* verb, const char* rows) {
+    eachRow(rows, [&](const std::string& left, const std::string& right) {
+      const std::size_t space = std::min(left.find(' '), left.size());
+      const std::string argument = left.substr(std::min(space + 1, left.size()));
+      for (const Maker& make : makers_)
+        EXPECT_EQ(run(verb, *make(numberOf(left.substr(0, space))), argument), right) << verb;
+    });
+  }
+  std::string text(Object& value) const {
+    return givesLabels_ ? labelOf(Ref<Object>(Ref<void>(), &value)) : shown(value);
   }
 
-  const QKFormatDeputy& deputy_;
-  std::vector<Maker> makers_;
+  const QKFormatDeputy* deputy_;
+  std::vector<Maker> makers_ = {inTicks, asSeconds};
+  bool givesLabels_ = false;
 };
 
 // An archive with another value behind a key, where both are a byte.

@@ -1,38 +1,15 @@
+#include "../Framework/QKHMSTimecodeFormatDeputy.h"
 #include "FormatterFixtures.h"
-
-#include <limits>
 
 namespace quill {
 namespace {
 
-constexpr auto k24 = QKSMPTETimecodeMode_24, k25 = QKSMPTETimecodeMode_25, kDrop = QKSMPTETimecodeMode_2997Drop,
-               k5994Drop = QKSMPTETimecodeMode_5994Drop, kElapsed = QKSMPTETimecodeMode_2997Duration,
-               k120 = QKSMPTETimecodeMode_120;
-constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-
-// Its segments are its tags; it writes down what it is asked to type.
-class NotingDeputy : public QKFormatDeputy {
- public:
-  static const ClassDescriptor descriptor;
-  const ClassDescriptor& classDescriptor() const override { return descriptor; }
-  std::int64_t segmentIndexForTag(std::int64_t tag, Object*) const override { return tag; }
-  bool getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string, std::int64_t tag, Object* object,
-                                       std::string* error) const override {
-    note = std::string(string) + ' ' + std::to_string(tag) + (error ? " error" : "");
-    if (result) *result = object->copy();
-    return true;
-  }
-  mutable std::string note;
-};
-const ClassDescriptor NotingDeputy::descriptor{"NotingDeputy", nullptr, 0, &QKFormatDeputy::descriptor,
-                                               []() -> Ref<Object> { return std::make_shared<NotingDeputy>(); }};
-
 TEST(QKFormatDeputy, AbstractOperationsLogAndAnswer) {
-  ReportRecorder reports;
+  ReportRecorder reports(ReportRecorder::Returned);
   const QKFormatDeputy d;
   QKVideoTimecode value;
   Ref<Object> result;
+  std::string error;
   bool left = true, right = true;
   // An operation's answer, and the method that its log line has named.
   const auto logs = [&](bool isRight, const std::string& method) {
@@ -54,127 +31,79 @@ TEST(QKFormatDeputy, AbstractOperationsLogAndAnswer) {
        "getObjectValue:forString:forSegmentWithIndex:inObjectValue:errorDescription:");
   logs(!d.formatterForSegmentTag(1, &value), "formatterForSegmentTag:inObjectValue:");
   logs(d.defaultNilSymbol().empty(), "defaultNilSymbol");
+  // without a word
+  EXPECT_EQ(d.stringForObjectValue(&value, {}), "");
+  EXPECT_FALSE(d.getObjectValue(nullptr, "1", {}, &error));
+  EXPECT_EQ(error, "Abstract method -[QKFormatDeputy getObjectValue:forString:formatter:errorDescription:]");
+  EXPECT_TRUE(d.allowsSegmentEditing() && d.legalCharacterSet() == CharacterSet(",.;:0123456789"));
   EXPECT_TRUE(reports.isQuiet()) << reports;
-}
-
-TEST(QKFormatDeputy, AnswersOfTheBase) {
-  ReportRecorder reports(ReportRecorder::Returned);
-  const QKFormatDeputy deputy;
-  const QKTimecodeFormatter formatter;
-  QKVideoTimecode value;
-  std::string error;
-  EXPECT_EQ(deputy.stringForObjectValue(&value, formatter), "");
-  EXPECT_FALSE(deputy.getObjectValue(nullptr, "1", formatter, &error));
-  EXPECT_EQ(error,
-            "Abstract method -[QKFormatDeputy "
-            "getObjectValue:forString:formatter:errorDescription:]");
-  EXPECT_FALSE(deputy.getObjectValue(nullptr, "1", formatter, nullptr));
-  EXPECT_TRUE(deputy.allowsSegmentEditing());
-  EXPECT_EQ(deputy.legalCharacterSet(), CharacterSet(",.;:0123456789"));
-  EXPECT_EQ(&deputy.copy()->classDescriptor(), &QKFormatDeputy::descriptor);
-  EXPECT_EQ(&NotingDeputy().copy()->classDescriptor(), &NotingDeputy::descriptor);
-  EXPECT_TRUE(reports.isQuiet()) << reports;
-  EXPECT_EQ(&deputy.requiredProtocol(), &QKBasicTimecode::protocol);
+  EXPECT_EQ(&d.requiredProtocol(), &QKBasicTimecode::protocol);
   expectAssertion(reports, "QKFormatDeputy", 359,
                   "-[QKFormatDeputy requiredProtocol] must be implemented by subclass.");
 }
 
-TEST(QKFormatDeputy, ZeroingTypesANought) {
-  const NotingDeputy deputy;
-  QKVideoTimecode value;
-  Ref<Object> result;
-  deputy.getObjectValueZeroingSegmentWithTag(&result, 4, &value);
-  EXPECT_EQ(deputy.note, "0 4");
-  EXPECT_TRUE(result && result.get() != &value);
-}
-
-TEST(QKFormatDeputy, TrimsOneSign) {
-  const struct {
-    const char *text, *trimmed;
-    std::int64_t sign;
-  } rows[] = {
-      {"", "", 0},         {"12", "12", 0},  {" 12", " 12", 0},     {"+12", "12", 1},
-      {"+", "", 1},        {" -5", "5", -1}, {"\t+ 5", " 5", 1},    {"+-5", "-5", 1},
-      {"- -5", " -5", -1}, {"1-", "1-", 0},  {"\u2003-5", "5", -1}, {"\xFF-", "\xFF-", 0},
-  };
-  std::string_view trimmed;
-  std::int64_t sign = 7;
-  std::string error;
-  for (const auto& row : rows) {
-    EXPECT_TRUE(QKFormatDeputy::trimSignFromString(row.text, &trimmed, &sign, &error)) << row.text;
-    EXPECT_EQ(trimmed, row.trimmed);
-    EXPECT_EQ(sign, row.sign) << row.text;
-  }
-  for (const char* text : {"--3", "++", " ---"}) {
-    EXPECT_FALSE(QKFormatDeputy::trimSignFromString(text, nullptr, nullptr, &error)) << text;
-    EXPECT_EQ(error, "Excess + or -'s");
-    EXPECT_FALSE(QKFormatDeputy::trimSignFromString(text, nullptr, nullptr, nullptr));
-  }
-}
-
-TEST(QKFormatDeputy, PartialStringsHaveOneSignAndLegalCharacters) {
+TEST(QKFormatDeputy, TrimsOneSignAndChecksWhatIsTyped) {
   const QKFormatDeputy deputy;
-  std::string error;
-  for (const char* text : {"", "01:02;03.04,05", "-1", "+ 1 2", " 1", ";;", "1 ", "+"}) {
-    EXPECT_TRUE(deputy.isPartialStringValid(text, &error)) << text << error;
-  }
-  for (const char* text : {"1a", "1/2", "+-5", "1-", "\xFF", "1\uFF11", "\u2014"}) {
-    EXPECT_FALSE(deputy.isPartialStringValid(text, &error)) << text;
-    EXPECT_EQ(error, "Illegal character.") << text;
-  }
-  EXPECT_FALSE(deputy.isPartialStringValid("++1", &error));
-  EXPECT_EQ(error, "Excess + or -'s");
-  EXPECT_FALSE(deputy.isPartialStringValid("a", nullptr));
+  // A text; its sign and the rest between bars, and the error of either operation.
+  eachRow(
+      " > 0||; 12 > 0|12|;  12 > 0| 12|; +12 > 1|12|; + > 1||;  -5 > -1|5|; \t+ 5 > 1| 5|; 1 2  > 0|1 2 |; "
+      "01:02;03.04,05 > 0|01:02;03.04,05|; \u2003-5 > -1|5|; +-5 > 1|-5|Illegal character.; "
+      "- -5 > -1| -5|Illegal character.; 1- > 0|1-|Illegal character.; 1a > 0|1a|Illegal character.; "
+      "1/2 > 0|1/2|Illegal character.; \xFF- > 0|\xFF-|Illegal character.; 1\uFF11 > 0|1\uFF11|Illegal character.; "
+      "--3 > Excess + or -'s; ++ > Excess + or -'s;  --- > Excess + or -'s",
+      [&](const std::string& text, const std::string& expected) {
+        std::string_view trimmed;
+        std::int64_t sign = 7;
+        std::string trimError, typeError;
+        const bool isTrimmed = QKFormatDeputy::trimSignFromString(text, &trimmed, &sign, &trimError);
+        const bool isValid = deputy.isPartialStringValid(text, &typeError);
+        EXPECT_EQ(isTrimmed, QKFormatDeputy::trimSignFromString(text, nullptr, nullptr, nullptr));
+        EXPECT_EQ(isTrimmed ? std::to_string(sign) + '|' + std::string(trimmed) + '|' + typeError : trimError,
+                  expected);
+        EXPECT_TRUE(isTrimmed ? isValid == typeError.empty() : !isValid && typeError == trimError);
+      });
 }
 
 TEST(QKFormatDeputy, MassagingGivesTheLeadingSegmentsSignToTheValue) {
-  const struct {
-    std::int64_t typed, index;
-    const char *before, *after;
-    std::int64_t magnitude;
-    bool isReported;
-  } rows[] = {
-      {-5, 0, "0:00:01:00", "-0:00:01:00", 5, false},
-      {5, 0, "-0:00:01:00", "0:00:01:00", 5, false},
-      {0, 0, "-0:00:01:00", "0:00:01:00", 0, false},
-      {5, 1, "-0:00:01:00", "-0:00:01:00", 5, false},
-      {-5, 1, "0:00:01:00", "-0:00:01:00", 5, true},
-      {kLowest, 0, "0:00:01:00", "-0:00:01:00", kHighest, false},
-      {kHighest, 0, "-0:00:01:00", "0:00:01:00", kHighest, false},
-  };
-  for (const auto& row : rows) {
-    ReportRecorder reports;
-    const Ref<QKVideoTimecode> value = timecodeAt(k25, row.before);
-    EXPECT_EQ(NotingDeputy().massagedFieldValue(row.typed, row.index, value.get()), row.magnitude);
-    EXPECT_EQ(labelOf(value), row.after) << row.typed << " in " << row.index;
-    const std::string light = "MyAssertMessage: segmentIndex == 0,  file: QKFormatDeputy, line: 348, value: 0\n";
-    EXPECT_EQ(reports.lights, std::vector<std::string>(row.isReported ? 1 : 0, light));
-    EXPECT_TRUE(reports.logs.empty() && reports.assertions.empty()) << reports;
-  }
+  // A label, a tag (which is the index) and the number typed there; the label after it, the magnitude, a report.
+  eachRow(
+      "0:00:01:00 0 -5 > -0:00:01:00 5; -0:00:01:00 0 5 > 0:00:01:00 5; -0:00:01:00 0 0 > 0:00:01:00 0; "
+      "-0:00:01:00 1 5 > -0:00:01:00 5; 0:00:01:00 0 -9223372036854775808 > -0:00:01:00 9223372036854775807; "
+      "0:00:01:00 1 -5 > -0:00:01:00 5 MyAssertMessage: segmentIndex == 0,  file: QKFormatDeputy, line: 348, value: "
+      "0\n",
+      [](const std::string& left, const std::string& right) {
+        const auto words = split(left, " ");
+        const ReportRecorder reports;
+        const Ref<QKVideoTimecode> value = timecodeAt(k25, words[0]);
+        const QKHMSTimecodeFormatDeputy deputy;
+        const auto magnitude = deputy.massagedFieldValue(std::stoll(words[2]), std::stoll(words[1]), value.get());
+        EXPECT_EQ(
+            labelOf(value) + ' ' + std::to_string(magnitude) + (reports.lights.empty() ? "" : ' ' + reports.lights[0]),
+            right);
+      });
 }
 
 // ---- The nearest value within a bound ----
 
-std::string nearest(const QKFormatDeputy& deputy, int direction, std::int64_t tag, Object& bound, Object& value) {
+int compareValues(Object& a, Object& b) { return protocolCast<QKBasicTimecode>(&a)->compare(b); }
+
+// To the maximum from a value below it, to the minimum from one above.
+std::string nearest(const QKFormatDeputy& deputy, std::int64_t tag, Object& bound, Object& value) {
+  const auto find = compareValues(value, bound) < 0 ? &QKFormatDeputy::getObjectValueNearestToMaximum
+                                                    : &QKFormatDeputy::getObjectValueNearestToMinimum;
   Ref<Object> result;
-  if (direction < 0) {
-    deputy.getObjectValueNearestToMinimum(&result, &bound, tag, &value);
-  } else {
-    deputy.getObjectValueNearestToMaximum(&result, &bound, tag, &value);
-  }
+  (deputy.*find)(&result, &bound, tag, &value);
   return labelOf(result);
 }
 
-int compareValues(Object& a, Object& b) { return protocolCast<QKBasicTimecode>(&a)->compare(b); }
-
 // Step after step from the value, until one passes the bound or gives what the one before gave. "" when it takes too long.
-std::string walkedNearest(const QKFormatDeputy& deputy, int direction, std::int64_t tag, Object& bound, Object& value) {
+std::string walkedNearest(const QKFormatDeputy& deputy, std::int64_t tag, Object& bound, Object& value) {
+  const int direction = compareValues(value, bound) < 0 ? 1 : -1;
   Ref<Object> last = value.copy();
   for (std::int64_t k = 1; k < 700; ++k) {
     Ref<Object> next;
     deputy.getObjectValueIncrementingSegmentWithTag(&next, tag, direction * k, &value);
-    const bool isBeyond = compareValues(bound, *next) * direction < 0;
-    if (isBeyond || compareValues(*next, *last) == 0) return labelOf(last);
+    if (compareValues(bound, *next) * direction < 0 || compareValues(*next, *last) == 0) return labelOf(last);
     last = next;
   }
   return "";
@@ -184,23 +113,21 @@ TEST(QKFormatDeputyNearest, IsWhereTheWalkEnds) {
   ReportRecorder reports;
   QKSMPTETimecodeFormatDeputy deputy;
   deputy.setDisplaysSubframes(true);
-  const char* const labels[] = {"0:00:00:00", "-0:00:00:03", "0:00:01:07.40", "-0:01:01:10.40",
-                                "0:00:50:05", "0:01:02:03",  "0:02:00:00",    "1:09:59:29.05"};
+  const auto labels =
+      split("0:00:00:00 -0:00:00:03 0:00:01:07.40 -0:01:01:10.40 0:00:50:05 0:01:02:03 0:02:00:00 1:09:59:29.05", " ");
   int walked = 0;
-  for (const auto mode : {k25, kDrop, k5994Drop, kElapsed}) {
-    for (const char* const from : labels) {
-      for (const char* const to : labels) {
+  for (const auto mode : {k25, k2997Drop, k5994Drop, k2997Duration}) {
+    for (const std::string& from : labels) {
+      for (const std::string& to : labels) {
         const Ref<QKVideoTimecode> value = timecodeAt(mode, from), bound = timecodeAt(mode, to);
         HostTimecode host(*value), hostBound(*bound);
-        const int direction = value->compare(*bound) < 0 ? 1 : -1;
         for (std::int64_t tag = 0; tag <= 5; ++tag) {
-          const std::string end = walkedNearest(deputy, direction, tag, *bound, *value);
+          SCOPED_TRACE(from + " to " + to + ", mode " + std::to_string(mode) + " tag " + std::to_string(tag));
+          const std::string end = walkedNearest(deputy, tag, *bound, *value);
           if (end.empty()) continue;
           ++walked;
-          EXPECT_EQ(nearest(deputy, direction, tag, *bound, *value), end)
-              << timecodeModeShortName(mode) << ' ' << from << " to " << to << ", tag " << tag;
-          if (mode != k25) continue;
-          EXPECT_EQ(nearest(deputy, direction, tag, hostBound, host), end) << "a host's value";
+          EXPECT_EQ(nearest(deputy, tag, *bound, *value), end);
+          EXPECT_EQ(mode == k25 ? nearest(deputy, tag, hostBound, host) : end, end) << "a host's value";
         }
       }
     }
@@ -212,28 +139,21 @@ TEST(QKFormatDeputyNearest, IsWhereTheWalkEnds) {
 TEST(QKFormatDeputyNearest, NeedsNoBillionSteps) {
   QKSMPTETimecodeFormatDeputy deputy;
   deputy.setDisplaysSubframes(true);
-  const struct {
-    QKSMPTETimecodeMode mode;
-    const char *from, *to;
-    std::int64_t tag;
-    const char* nearest;
-  } rows[] = {
-      {k120, "0:00:00:00", "99:59:59:119.79", 4, "99:59:59:119.79"},  // 3.5 billion steps
-      {k120, "0:00:00:00.05", "-99:59:59:119.79", 4, "-99:59:59:119.79"},
-      {k120, "0:00:00:01.05", "99:59:59:119.79", 3, "99:59:59:119.05"},
-      {kDrop, "0:00:00:00", "1000000000:00:00:00", 0, "1000000000:00:00:00"},
-      {kDrop, "0:00:00:05", "1000000:00:00:04", 2, "999999:59:59:05"},
-      {k25, "2000000000:00:00:10", "-1:00:00:00", 0, "0:00:00:10"},
-      {k25, "2000000000:00:00:10", "-2:00:00:00", 0, "-1:00:00:10"},
-  };
-  for (const auto& row : rows) {
-    const Ref<QKVideoTimecode> value = timecodeAt(row.mode, row.from), bound = timecodeAt(row.mode, row.to);
-    const int direction = value->compare(*bound) < 0 ? 1 : -1;
-    EXPECT_EQ(nearest(deputy, direction, row.tag, *bound, *value), row.nearest) << row.from;
-  }
+  eachRow(
+      "120 0:00:00:00 4 99:59:59:119.79 > 99:59:59:119.79; "  // 3.5 billion steps
+      "120 0:00:00:00.05 4 -99:59:59:119.79 > -99:59:59:119.79; 120 0:00:00:01.05 3 99:59:59:119.79 > 99:59:59:119.05; "
+      "29.97df 0:00:00:00 0 1000000000:00:00:00 > 1000000000:00:00:00; "
+      "29.97df 0:00:00:05 2 1000000:00:00:04 > 999999:59:59:05; "
+      "25 2000000000:00:00:10 0 -1:00:00:00 > 0:00:00:10; 25 2000000000:00:00:10 0 -2:00:00:00 > -1:00:00:10",
+      [&](const std::string& left, const std::string& right) {
+        const auto words = split(left, " ");
+        const auto mode = timecodeModeNamed(words[0]).value();
+        const Ref<QKVideoTimecode> value = timecodeAt(mode, words[1]), bound = timecodeAt(mode, words[3]);
+        EXPECT_EQ(nearest(deputy, std::stoll(words[2]), *bound, *value), right);
+      });
 }
 
-TEST(QKFormatDeputyNearest, IsTheBoundForAValueBeyondIt) {
+TEST(QKFormatDeputyNearest, IsTheBoundForAValueBeyondItAndTheValueWithoutABound) {
   const QKSMPTETimecodeFormatDeputy deputy;
   QKVideoTimecode low({1, 1}, k25), high({40, 4}, k24);
   Ref<Object> result;
@@ -245,20 +165,82 @@ TEST(QKFormatDeputyNearest, IsTheBoundForAValueBeyondIt) {
   deputy.getObjectValueNearestToMinimum(&result, &highHost, 3, &lowHost);
   auto* copy = dynamic_cast<HostTimecode*>(result.get());
   EXPECT_TRUE(copy && copy != &highHost && copy->value == high) << "a copy of the bound";
-}
 
-TEST(QKFormatDeputyNearest, ReportsAMissingBound) {
-  const QKSMPTETimecodeFormatDeputy deputy;
-  const Ref<QKVideoTimecode> value = timecodeAt(k25, "0:00:01:02");
-  ReportRecorder reports;
-  Ref<Object> low, high;
-  deputy.getObjectValueNearestToMinimum(&low, nullptr, 3, value.get());
-  deputy.getObjectValueNearestToMaximum(&high, nullptr, 3, value.get());
-  EXPECT_EQ(labelOf(low), "0:00:01:02");
-  EXPECT_EQ(labelOf(high), "0:00:01:02");
+  const ReportRecorder reports;
+  deputy.getObjectValueNearestToMinimum(&result, nullptr, 3, &low);
+  EXPECT_EQ(labelOf(result), "0:00:01:00");
+  deputy.getObjectValueNearestToMaximum(&result, nullptr, 3, &high);
+  EXPECT_EQ(labelOf(result), "0:00:10:00");
   EXPECT_EQ(reports.lights,
             (std::vector<std::string>{"MyAssertMessage: minimum,  file: QKFormatDeputy, line: 293, value: 0\n",
                                       "MyAssertMessage: maximum,  file: QKFormatDeputy, line: 319, value: 0\n"}));
+}
+
+// ---- Utilities ----
+
+TEST(SharedDeputyFormatters, AreMadeOnceEachWithItsDigitsAndMinimum) {
+  // Minimum and maximum of the integer digits, the maximum of the fraction digits and the minimum.
+  const std::pair<QKTimecodeSegmentNumberFormatter& (*)(), const char*> rows[] = {
+      {sharedDeputyLeadingTwoDigitNumberFormatter, "2 2 0 none"},
+      {sharedDeputyFollowingTwoDigitNumberFormatter, "2 2 0 0"},
+      {sharedDeputyTwoDigitMinimumOneNumberFormatter, "2 2 0 1"},
+      {sharedDeputyOneDigitNumberFormatter, "1 1 0 0"},
+      {sharedDeputyFollowingThreeDigitNumberFormatter, "3 3 0 0"},
+      {sharedDeputyFollowingFourDigitNumberFormatter, "4 4 0 0"},
+      {sharedDeputyLeadingIntegerNumberFormatter, "1 2000000000 0 none"},
+      {sharedDeputyFollowingIntegerNumberFormatter, "1 2000000000 0 0"},
+  };
+  for (const auto& [shared, text] : rows) {
+    const QKTimecodeSegmentNumberFormatter& f = shared();
+    EXPECT_EQ(&f, &shared());
+    EXPECT_EQ(std::to_string(f.minimumIntegerDigits()) + ' ' + std::to_string(f.maximumIntegerDigits()) + ' ' +
+                  std::to_string(f.maximumFractionDigits()) + ' ' + (f.minimum() ? f.minimum()->description() : "none"),
+              text);
+  }
+  EXPECT_EQ(formatDeputyEmDash() + formatDeputyDecimalSeparator() + MDivisionsPlaceHolder(), "\xE2\x80\x94. ");
+}
+
+TEST(FieldScanning, SplitsDigitsAtSeparators) {
+  // A capacity and a text; its fields. Empty fields are 0; one too many starts over and drops the rest of its run.
+  eachRow(
+      "4 10:20:30:40 > 10 20 30 40; 3 10:20:30:40 > 10 20 30; 5 1.2;3,4 > 1 2 3 4; 4  > ; 4  \t\u2003 > ; 0 12 > ; "
+      "-1 12 > ; 4 -5 > ; 4 \xFF > ; 4 \uFF11 > ; 4 12x34 > 12; 4 1:x > 1; 4 1\xFF:2 > 1; 4 1: > 1 0; 4 :5 > 0 5; "
+      "4 1::2 > 1 0 2; 4 : > 0; 4 ::5 > 0 0 5; 4 1;.2 > 1 0 2; 3 1::::5 > 5; 3 1:::::5:6 > 5 6; 2 1::: > ; 1 ::5 > 5; "
+      "2 1::2:3 > 1 0; 4  1 : 2  > 1 2; 4 1 2 > 1 2; 4 1: :2 > 1 2; 4 1:  > 1 0; 4 1\u2003:2 > 1 2; "
+      "4 9223372036854775806:9223372036854775808 > 9223372036854775806 9223372036854775807; "
+      "4 123456789012345678:000000000000000000012 > 123456789012345678 12",
+      [separators = CharacterSet(",.;:")](const std::string& left, const std::string& expected) {
+        const std::int64_t capacity = std::stoll(left);
+        std::int64_t fields[6] = {-7, -7, -7, -7, -7, -7}, count = -1;
+        const bool isFound =
+            privateScanStringIntoFieldArray(left.substr(left.find(' ') + 1), fields, capacity, &count, separators);
+        EXPECT_EQ(fields[std::max<std::int64_t>(capacity, 0)], -7) << "past the capacity";
+        std::string got;
+        for (std::int64_t i = 0; i < count; ++i) (got += i == 0 ? "" : " ") += std::to_string(fields[i]);
+        EXPECT_EQ(got, expected);
+        EXPECT_EQ(isFound, !expected.empty());
+      });
+}
+
+TEST(DeputyStrings, AreReadAndChangedAtTheirHead) {
+  // A text; its number, its leading zeros as spaces, and its digits.
+  eachRow(
+      " > 0||; abc > 0|abc|; -1 > 0|-1|;   42abc > 42|  42abc|; 0 > 0|0|0; 000 > 0|  0|000; 007 > 7|  7|007; "
+      "100 > 100|100|100; 00a > 0| 0a|00;  07 > 7| 07|; 1.5 > 1|1.5|1; 0\xFF > 0|0\xFF|0; "
+      "1844674407370955161 > 1844674407370955161|1844674407370955161|1844674407370955161; "  // no further digit
+      "18446744073709551609 > 18446744073709551609|18446744073709551609|18446744073709551609; "
+      "18446744073709551610 > 18446744073709551615|18446744073709551610|18446744073709551610; "
+      "99999999999999999999999 > 18446744073709551615|99999999999999999999999|99999999999999999999999",
+      [](const std::string& text, const std::string& expected) {
+        EXPECT_EQ(std::to_string(unsignedLongLongValue(text)) + '|' + stringWithDigitSpacesForLeadingZeroes(text) +
+                      '|' + std::string(stringByTrimmingNondecimalsFromEnd(text)),
+                  expected);
+        EXPECT_EQ(stringWithLocalizedDecimalSeparatorForDot(text), text);
+      });
+  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(-1, 25, 2), -0.75);
+  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(7, -5, 1), 7);
+  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(2, 3, -1), 5);
+  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(0, 1, kHighest), 1e-18);
 }
 
 }  // namespace

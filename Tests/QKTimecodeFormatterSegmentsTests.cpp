@@ -1,9 +1,10 @@
+// How segments are stepped and typed into within bounds is in Data/formats.txt.
+
 #include "FormatterFixtures.h"
 
 namespace quill {
 namespace {
 
-constexpr auto k25 = QKSMPTETimecodeMode_25;
 constexpr std::int64_t kNoTag = 0x7fffffff;
 
 TEST(QKTimecodeFormatterSegments, AnswersForNoValueAndForOnesThatItCannotServe) {
@@ -17,41 +18,37 @@ TEST(QKTimecodeFormatterSegments, AnswersForNoValueAndForOnesThatItCannotServe) 
     const char* label;
     QKTimecodeFormatter& formatter;
     Object* object;
-    std::int64_t tag, count, firstTag, index, width, selected;
-    Range range;
-    bool hasFormatter;
+    std::int64_t tag;
+    const char* answers;  // count, first tag, index, width, selected tag, range, paddings, whether it has a formatter
   } rows[] = {
-      {"value", plain, &value, 3, 4, 0, 3, 2, 3, {9, 2}, true},
-      {"host", plain, &host, 3, 4, 0, 3, 2, 3, {9, 2}, true},
-      {"hidden segment", plain, &value, 4, 4, 0, -1, 0, 3, {0, 0}, false},
-      {"no such segment", plain, &value, kNoTag, 4, 0, -1, 0, 3, {0, 0}, false},
-      {"no value", plain, nullptr, 3, 1, 0, 0, 7, 0, {0, 7}, false},
-      {"no value, nil symbol", longNil, nullptr, 3, 1, 0, 0, 9, 0, {0, 9}, false},
-      {"not conforming", plain, &number, 3, 0, 0, 0, 0, 3, {0, 0}, false},
-      {"no deputy", bare, &value, 3, 0, 0, 0, 0, 0, {0, 0}, false},
-      {"no deputy, no value", bare, nullptr, 3, 1, 0, 0, 1, 0, {0, 0}, false},
+      {"value", plain, &value, 3, "4 0 3 2 3 9+2 10 1"},
+      {"host", plain, &host, 3, "4 0 3 2 3 9+2 10 1"},
+      {"hidden segment", plain, &value, 4, "4 0 -1 0 3 0+0 00 0"},
+      {"no such segment", plain, &value, kNoTag, "4 0 -1 0 3 0+0 00 0"},
+      {"no value", plain, nullptr, 3, "1 0 0 7 0 0+7 00 0"},
+      {"no value, nil symbol", longNil, nullptr, 3, "1 0 0 9 0 0+9 00 0"},
+      {"not conforming", plain, &number, 3, "0 0 0 0 3 0+0 00 0"},
+      {"no deputy", bare, &value, 3, "0 0 0 0 0 0+0 00 0"},
+      {"no deputy, no value", bare, nullptr, 3, "1 0 0 1 0 0+0 00 0"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
+  for (const auto& [label, f, object, tag, answers] : rows) {
+    SCOPED_TRACE(label);
     ReportRecorder reports(ReportRecorder::Returned);
-    QKTimecodeFormatter& f = row.formatter;
-    EXPECT_EQ(f.segmentCountInObjectValue(row.object), row.count);
-    EXPECT_EQ(f.segmentTagForIndex(0, row.object), row.firstTag);
-    EXPECT_EQ(f.segmentIndexForTag(row.tag, row.object), row.index);
-    EXPECT_EQ(f.defaultSelectedSegmentTagInObjectValue(row.object), row.selected);
-    EXPECT_EQ(f.substringRangeForSegmentWithTag(row.tag, row.object), row.range);
-    EXPECT_EQ(f.formatterForSegmentTag(row.tag, row.object) != nullptr, row.hasFormatter);
+    const Range range = f.substringRangeForSegmentWithTag(tag, object);
     bool left = true, right = true;
-    f.segmentWithTagHasPadding(row.tag, &left, &right, row.object);
-    EXPECT_EQ(left, row.hasFormatter);
-    EXPECT_FALSE(right);
-    f.segmentWithTagHasPadding(row.tag, nullptr, nullptr, row.object);
+    f.segmentWithTagHasPadding(tag, &left, &right, object);
+    f.segmentWithTagHasPadding(tag, nullptr, nullptr, object);
+    std::ostringstream got;
+    got << f.segmentCountInObjectValue(object) << ' ' << f.segmentTagForIndex(0, object) << ' '
+        << f.segmentIndexForTag(tag, object) << ' ' << f.segmentFieldWidthForTag(tag, object) << ' '
+        << f.defaultSelectedSegmentTagInObjectValue(object) << ' ' << range.location << '+' << range.length << ' '
+        << left << right << ' ' << (f.formatterForSegmentTag(tag, object) != nullptr);
+    EXPECT_EQ(got.str(), answers);
+    if (object == &number) {
+      expectAssertion(reports, "QKTimecodeFormatter", 1095,
+                      "-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:] - illegal value");
+    }
     EXPECT_TRUE(reports.isQuiet()) << reports;
-
-    EXPECT_EQ(f.segmentFieldWidthForTag(row.tag, row.object), row.width);
-    if (row.object != &number) continue;
-    expectAssertion(reports, "QKTimecodeFormatter", 1095,
-                    "-[QKTimecodeFormatter segmentFieldWidthForTag:inObjectValue:] - illegal value");
   }
 }
 
@@ -72,39 +69,61 @@ TEST(QKTimecodeFormatterSegments, RangesOfANegativeValueMustBeAllowed) {
 TEST(QKTimecodeFormatterSegments, TheLeadingFormatterIsTheFormattersOwn) {
   const auto& shared = sharedDeputyLeadingTwoDigitNumberFormatter();
   QKVideoTimecode value;
-  QKTimecodeFormatter refusing, allowing;
-  allowing.setAllowsNegative(true);
-  const auto leading = [&](QKTimecodeFormatter& formatter) {
-    const std::int64_t tag = formatter.segmentTagForIndex(0, &value);
-    return classCast<QKTimecodeSegmentNumberFormatter>(
-        static_cast<Object*>(formatter.formatterForSegmentTag(tag, &value)));
-  };
+  QKTimecodeFormatter formatter;
   for (const bool showsHours : {true, false}) {
-    refusing.setSMPTEDisplaysHours(showsHours);
-    allowing.setSMPTEDisplaysHours(showsHours);
-    const auto *own = leading(refusing), *other = leading(allowing);
-    ASSERT_TRUE(own && other && own != other && own != &shared && other != &shared);
-    EXPECT_EQ(own->minimum(), Number(0));
-    EXPECT_EQ(other->minimum(), std::nullopt);
-    EXPECT_EQ(shared.minimum(), std::nullopt) << "never written";
-    EXPECT_EQ(own->maximumIntegerDigits(), 2);
+    formatter.setSMPTEDisplaysHours(showsHours);
+    const std::int64_t tag = formatter.segmentTagForIndex(0, &value);
+    QKTimecodeFormatter copy = formatter;
+    for (const bool allowsNegative : {true, false}) {
+      formatter.setAllowsNegative(allowsNegative);
+      const auto* own = dynamic_cast<NumberFormatter*>(formatter.formatterForSegmentTag(tag, &value));
+      ASSERT_TRUE(own && own != &shared && own != copy.formatterForSegmentTag(tag, &value));
+      EXPECT_EQ(own->minimum(), allowsNegative ? std::nullopt : std::optional<Number>(0));
+      EXPECT_EQ(own->maximumIntegerDigits(), 2);
+      EXPECT_EQ(shared.minimum(), std::nullopt) << "never written";
+    }
   }
-  allowing.setAllowsNegative(false);
-  EXPECT_EQ(leading(allowing)->minimum(), Number(0));
-  QKTimecodeFormatter copy = allowing;
-  EXPECT_NE(leading(copy), leading(allowing));
-  EXPECT_EQ(refusing.formatterForSegmentTag(2, &value), &sharedDeputyFollowingTwoDigitNumberFormatter());
-}
-
-TEST(QKTimecodeFormatterSegments, ASegmentWithoutAFormatterIsTypedWithTheWholeOne) {
+  EXPECT_EQ(formatter.formatterForSegmentTag(2, &value), &sharedDeputyFollowingTwoDigitNumberFormatter());
+  // A segment without a formatter is typed with the whole one.
   struct : QKSMPTETimecodeFormatDeputy {
     NumberFormatter* formatterForSegmentTag(std::int64_t, Object*) const override { return nullptr; }
   } deputy;
-  QKTimecodeFormatter formatter;
   formatter.setDeputy(Ref<QKFormatDeputy>(Ref<void>(), &deputy), QKTimecodeFormatSMPTE);
-  QKVideoTimecode value;
-  EXPECT_EQ(formatter.formatterForSegmentTag(0, &value), &formatter);
+  EXPECT_EQ(formatter.formatterForSegmentTag(1, &value), &formatter);
   EXPECT_EQ(formatter.formatterForSegmentTag(3, &value), &formatter);
+}
+
+TEST(QKTimecodeFormatterSegments, StepAndTakeTextOfAValueThatTheDeputyServes) {
+  QKTimecodeFormatter formatter;
+  formatter.setDefaultObjectPrototype(timecodeAt(k25, "0:00:01:00"));
+  ReportRecorder reports(ReportRecorder::Returned);
+  Ref<Object> result;
+  std::string error;
+  const auto stepped = [&](Object* object) {
+    formatter.getObjectValueIncrementingSegmentWithTag(&result, 2, 1, object);
+    formatter.getObjectValueIncrementingSegmentWithTag(nullptr, 2, 1, object);
+    return result->isEqual(Number(0)) ? "0" : labelOf(result);
+  };
+  const auto typed = [&](Object* object) {
+    return formatter.getObjectValueForSegmentWithTag(&result, "7", 3, object, &error) ? labelOf(result) : error;
+  };
+  EXPECT_EQ(stepped(nullptr), "0:00:02:00");
+  EXPECT_EQ(typed(nullptr), "0:00:01:07");
+  EXPECT_EQ(labelOf(formatter.defaultObjectPrototype()), "0:00:01:00");
+  HostTimecode host(*timecodeAt(k2997Drop, "0:01:00:02"));
+  EXPECT_EQ(stepped(&host), "0:01:01:02");
+  EXPECT_EQ(typed(&host), "0:01:00:07");
+  Number number = 5;
+  EXPECT_EQ(typed(&number), "Value doesn't conform to protocol");
+  formatter.getObjectValueIncrementingSegmentWithTag(&result, 2, 1, &number);
+  EXPECT_TRUE(result->isEqual(Number(0)));
+  expectAssertion(reports, "QKTimecodeFormatter", 1156,
+                  "-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - "
+                  "illegal value.");
+  formatter.setDeputy(nullptr, QKTimecodeFormatSMPTE);
+  EXPECT_EQ(stepped(&host), "0");
+  EXPECT_EQ(typed(&host), "Value doesn't conform to protocol");
+  EXPECT_TRUE(reports.isQuiet()) << reports;
 }
 
 }  // namespace
