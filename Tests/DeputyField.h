@@ -24,8 +24,8 @@ inline double numberOf(const std::string& text) {
 
 class DeputyField {
  public:
-  // Each row is run once for each way to make a value. "10 +1.5 > 11.500; 10 x > [Not a number.]" is two rows: a position,
-  // what is done to it (an entry, or a tag and an increment or a text that is typed), and the text after that.
+  // Each row is run once for each way to make a value. "10 +1.5 > 11.500; 10 x > [Not a number.]" is two rows: a
+  // position, what is done to it (an entry, or a tag and an increment or a text that is typed), and the text after that.
   explicit DeputyField(const QKFormatDeputy& deputy, std::vector<Maker> makers = {inTicks, asSeconds})
       : deputy_(&deputy), makers_(std::move(makers)) {
     formatter.setAllowsNegative(true);
@@ -116,8 +116,8 @@ class DeputyField {
     return all.substr(1);
   }
 
-  // A segment's index, padding at left and right, the digits of its formatter ("+" where it takes no sign), width and range,
-  // as "1 11 2+ 2 3+2".
+  // A segment's index, padding at left and right, the digits of its formatter ("+" where it takes no sign), width and
+  // range, as "1 11 2+ 2 3+2".
   std::string segment(Object& value, std::int64_t tag) const {
     const Range range = deputy_->substringRangeForSegmentWithTag(tag, &value);
     const auto* f = deputy_->formatterForSegmentTag(tag, &value);

@@ -96,7 +96,7 @@ std::string nearest(const QKFormatDeputy& deputy, std::int64_t tag, Object& boun
   return labelOf(result);
 }
 
-// Step after step from the value, until one passes the bound or gives what the one before gave. "" when it takes too long.
+// Step after step from the value, until one passes the bound or gives what the one before gave; "" when it takes long.
 std::string walkedNearest(const QKFormatDeputy& deputy, std::int64_t tag, Object& bound, Object& value) {
   const int direction = compareValues(value, bound) < 0 ? 1 : -1;
   Ref<Object> last = value.copy();
