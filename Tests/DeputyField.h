@@ -2,6 +2,7 @@
 #pragma once
 
 #include "FormatterFixtures.h"
+#include "TextTable.h"
 
 #include <functional>
 
@@ -16,10 +17,6 @@ inline Ref<Object> inTicks(double seconds) {
 }
 inline Ref<Object> asSeconds(double seconds) {
   return std::make_shared<QKTimecode>(seconds, QKTimecodeUseSeconds, k24);
-}
-
-inline double numberOf(const std::string& text) {
-  return text.starts_with('-') ? -doubleFromText(text.substr(1)) : doubleFromText(text);
 }
 
 class DeputyField {
@@ -157,7 +154,7 @@ class DeputyField {
       const std::size_t space = std::min(left.find(' '), left.size());
       const std::string argument = left.substr(std::min(space + 1, left.size()));
       for (const Maker& make : makers_)
-        EXPECT_EQ(run(verb, *make(numberOf(left.substr(0, space))), argument), right) << verb;
+        EXPECT_EQ(run(verb, *make(doubleOf(left.substr(0, space))), argument), right) << verb;
     });
   }
   std::string text(Object& value) const {

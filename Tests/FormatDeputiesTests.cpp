@@ -24,7 +24,7 @@ class Section {
 
   explicit Section(const std::string& header) : words_(split(header, " ")) {
     const auto number = [](const Maker& make) {
-      return [make](const std::string& position) { return make(numberOf(position)); };
+      return [make](const std::string& position) { return make(doubleOf(position)); };
     };
     if (is("SMPTE") || is("formatter")) {
       const auto mode = timecodeModeNamed(words_.at(1)).value();
