@@ -46,7 +46,8 @@ TEST(QKFormatDeputy, TrimsOneSignAndChecksWhatIsTyped) {
   const QKFormatDeputy deputy;
   // A text; its sign and the rest between bars, and the error of either operation.
   eachRow(
-      " > 0||; 12 > 0|12|;  12 > 0| 12|; +12 > 1|12|; + > 1||;  -5 > -1|5|; \t+ 5 > 1| 5|; 1 2  > 0|1 2 |; "
+      " > 0||; 12 > 0|12|;  12 > 0| 12|; +12 > 1|12|; + > 1||; +\u2003 > 1||;  -5 > -1|5|; \t+ 5 > 1| 5|; 1 2  > 0|1 2 "
+      "|; "
       "01:02;03.04,05 > 0|01:02;03.04,05|; \u2003-5 > -1|5|; +-5 > 1|-5|Illegal character.; "
       "- -5 > -1| -5|Illegal character.; 1- > 0|1-|Illegal character.; 1a > 0|1a|Illegal character.; "
       "1/2 > 0|1/2|Illegal character.; \xFF- > 0|\xFF-|Illegal character.; 1\uFF11 > 0|1\uFF11|Illegal character.; "

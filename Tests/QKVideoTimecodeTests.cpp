@@ -276,6 +276,21 @@ TEST(QKVideoTimecode, RowsThatHoldForMirroredLabels) {
   });
 }
 
+TEST(QKVideoTimecode, AnInvalidModeReportsWhatIsAskedInItsOrder) {
+  const std::pair<void (*)(V&), std::vector<int>> rows[] = {
+      {[](V& v) { v.videoFrames(); }, {2174, 1816, 1826}},
+      {[](V& v) { v.signedVideoFrames(); }, {2136, 1816, 1826}},
+      {[](V& v) { v.SMPTEFrames(); }, {1374, 1826, 2174, 1816, 1826, 1816, 1826}}};
+  for (const auto& [act, lines] : rows) {
+    ReportRecorder reports(ReportRecorder::Returned);
+    V value({2, 1}, kInvalid);
+    act(value);
+    std::vector<int> reported;
+    for (const auto& assertion : reports.assertions) reported.push_back(assertion.line);
+    EXPECT_EQ(reported, lines) << reports;
+  }
+}
+
 TEST(QKVideoTimecode, NonNumericTimesLogAndAreLeftAlone) {
   eachRowIn("video-timecode.txt", "not numeric", [](const Cells& row) {
     for (const char* text : {"24 bad", "29.97df up", "29.97-duration none", "custom 0/24?"}) {
