@@ -49,8 +49,8 @@ const Protocol Speaking::protocol{"Speaking"}, Speaking::otherName{"OldSpeaking"
 
 struct Speaker : Object, Speaking {
   const ClassDescriptor& classDescriptor() const override {
-    static const ClassDescriptor descriptor{"Speaker", nullptr, 0, &Object::descriptor, nullptr};
-    return descriptor;
+    static const ClassDescriptor speaker{"Speaker", nullptr, 0, &Object::descriptor, nullptr};
+    return speaker;
   }
   void* asProtocol(const Protocol& wanted) override {
     return &wanted == &Speaking::protocol ? static_cast<Speaking*>(this) : nullptr;
