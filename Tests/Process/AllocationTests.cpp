@@ -16,13 +16,13 @@
 // Freed again or not. The program has one thread.
 static std::size_t allocations = 0, allocatedBytes = 0;
 
-void* operator new(std::size_t size) {
+// Neither is inlined: GCC takes half of the pair for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   ++allocations;
   allocatedBytes += size;
   if (void* memory = std::malloc(size ? size : 1)) return memory;
   throw std::bad_alloc();
 }
-// Not inlined, where GCC takes the pair of new and free for a mistake.
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
