@@ -92,6 +92,7 @@ TEST(LocaleInfo, TakesTheSeparatorsOfTheGlobalLocale) {
       {".,", L",.", {",", ".", "-"}},  // the wide one is
       {".", L".", {".", "", "-"}},
       {{'\0', ','}, {L'\0', L','}, {".", ",", "-"}},
+      {",'", {L',', wchar_t(0xD801)}, {",", "'", "-"}},  // half a pair
   };
   for (const auto& row : rows) {
     const std::locale narrow(std::locale::classic(), new Punctuation<char>(row.narrow));

@@ -88,7 +88,7 @@ std::string textOf(const V& v) {
 
 void make(V& v, const Number& number, TimeRate rate, QKSMPTETimecodeMode mode) { v = V(number, rate, mode); }
 void makeForDuration(V& v, const MediaTime& time, const MediaTime& duration, std::int64_t dropFrame) {
-  v = V(time, duration, dropFrame);
+  v = dropFrame ? V(time, duration, dropFrame) : V(time, duration);
 }
 void addMinutes(V& v, std::int64_t count) {
   for (; count > 0; --count) v.addSMPTEHours(0, 1, 0, 0, 0, 0);
@@ -196,7 +196,7 @@ constexpr auto kOperations =
         OP(v.videoFrameRate()), OP(v.nominalFrameRate()), OP(v.isDuration()), OP(v.isDropFrame()), OP(customOf(v)),
         OP(described(v)), OP(timeRateFor()), OP(V::minimumTickRateForMode(mode())), OP(v._compareDouble(other())),
         OP(compareToNumber(v, number())), OP(hashInContainers(v)), OP(wholeLabel(v)), OP(addMinutes(v, n())),
-        OP(V::setFallbackTimecodeMode(mode())), OP(v.privateNormalizeSecondsValue()),
+        OP(V::setFallbackTimecodeMode(mode())), OP(V::fallbackTimecodeMode()), OP(v.privateNormalizeSecondsValue()),
         OP(clamped(v, n(0), n(1), n(2), n(3) != 0)));
 
 const auto kThatTakeAny =

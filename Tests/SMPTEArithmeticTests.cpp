@@ -114,6 +114,7 @@ TEST(SMPTEArithmetic, PartsOfAFrameBeginAThousandthEarly) {
 }
 
 TEST(SMPTEArithmetic, CountsUpToTheEndOf64Bits) {
+  EXPECT_EQ(frameFromLabel(SMPTECounting::atRate(29.5, false), {1, 2, 1, 3, 0}), 106200 + 2 * 1770 + 29 + 3);
   for (const double rate : {1.0, 25.0, 30.0, 1e15}) {
     const auto counting = SMPTECounting::atRate(rate, rate == 30);
     for (const std::int64_t n : {std::int64_t{0}, std::int64_t{0xFFFFFFFF}, std::int64_t{0x100000000}, kInt64Highest})
