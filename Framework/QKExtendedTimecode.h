@@ -117,7 +117,8 @@ class QUILL_EXPORT QKExtendedTimecode : public QKTimecode, public QKMeasuredTime
   // Moves no time. A type outside the enumeration counts 16 frames a foot.
   void setFilmType(QKFilmType filmType) { filmType_ = filmType; }
 
-  // Any pointer may be null. Magnitudes. Frame 100 of 16 mm film gives 2, 20, 0.
+  // Any pointer may be null. Magnitudes. Frame 100 of 16 mm film gives 2, 20, 0. In the duration modes the frame is the
+  // nearest one and the quarter frames are those past the frame cut: half a frame gives 0, 1, 2.
   void getFFFeet(std::int64_t* feet, std::int64_t* frames, std::int64_t* quarterFrames) override;
   // Each keeps the other fields, feet and frames the exact part of a frame too. Frames and quarter frames beyond their
   // unit run into the next. The sign stays outside the seconds mode.

@@ -60,6 +60,7 @@ class QUILL_EXPORT QKOneDTimeTimecodeFormatDeputy : public QKFormatDeputy {
   // The lowest three whole digits.
   std::int64_t defaultSelectedSegmentTagInObjectValue(Object* object) const override;
   void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight, Object* object) const override;
+  // Follows the digits of the value, not those that rounding gives: 99.9 s without decimal places.
   Range substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const override;
   NumberFormatter* formatterForSegmentTag(std::int64_t tag, Object* object) const override;
 
