@@ -48,8 +48,8 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   void setDisplaysHours(bool flag) { displaysHours_ = flag; }
   bool displaysFrames() const { return displaysFrames_; }
   void setDisplaysFrames(bool flag) { displaysFrames_ = flag; }
-  // Both answer false while frames are hidden and keep what was set. Where both are set subframes are shown, but an entry
-  // that discards reads the lower field as quarter frames: set one of them.
+  // Both answer false while frames are hidden and keep what was set. Where both are set subframes are shown, but an
+  // entry that discards reads the lower field as quarter frames: set one of them.
   bool displaysSubframes() const { return displaysFrames_ && displaysSubframes_; }
   void setDisplaysSubframes(bool flag) { displaysSubframes_ = flag; }
   bool displaysQuarterFrames() const { return displaysFrames_ && displaysQuarterFrames_; }

@@ -157,9 +157,10 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   //
   // Hours (unbounded), minutes, seconds, frames, and a fraction of a frame read as subframes (80 a frame) or as quarter
   // frames (4 a frame). All are magnitudes; the sign is kept by the setters, except by a single one in the seconds mode.
-  // A non-numeric time logs a line, reads as 0 and stays unchanged. The Invalid mode fails an assertion. At a fractional
-  // custom rate and in the seconds mode labels are counted in doubles: a frame may read as the one before, and fields that
-  // are set one after another may read back differently.
+  // A non-numeric time logs a line, reads as 0 and stays unchanged. The Invalid mode fails an assertion.
+  //
+  // At a fractional custom rate and in the seconds mode labels are counted in doubles: a frame may read as the one before,
+  // and fields that are set one after another may read back differently.
 
   // Any pointer may be null.
   void getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
