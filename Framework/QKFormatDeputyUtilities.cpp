@@ -33,11 +33,12 @@ std::size_t digitRunLength(std::string_view string) {
 
 // Takes the run of digits off the front; its value, at most 2^63-1.
 std::int64_t takeInteger(std::string_view& string) {
-  std::size_t length = 0;
+  const char* const begin = string.data();
+  const char* const end = begin + std::min<std::size_t>(string.size(), 18);
+  const char* digit = begin;
   std::int64_t value = 0;
-  for (; length < string.size() && isDigit(string[length]) && length < 18; ++length) {
-    value = value * 10 + (string[length] - '0');
-  }
+  for (; digit != end && isDigit(*digit); ++digit) value = value * 10 + (*digit - '0');
+  auto length = static_cast<std::size_t>(digit - begin);
   if (length == 18) {
     value = saturatingInt64(string);
     length = digitRunLength(string);
@@ -111,6 +112,11 @@ bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fiel
     if (string.empty()) break;
     if (isDigit(string.front())) {
       fields[stored++] = takeInteger(string);
+      continue;
+    }
+    const auto first = static_cast<unsigned char>(string.front());
+    if (stored > 0 && first < 0x80 && string.size() > 1 && isDigit(string[1]) && separators.contains(first)) {
+      string.remove_prefix(1);  // one separator between two fields, as nearly always
       continue;
     }
     const std::uint64_t separatorCount = detail::takeCharacters(string, separators);

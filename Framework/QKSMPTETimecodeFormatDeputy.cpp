@@ -19,7 +19,6 @@ constexpr double kThreeDigitRate = 100.0;  // frames per second
 
 enum Tag : std::int64_t { kHours, kMinutes, kSeconds, kFrames, kSubframes, kQuarterFrames, kTagCount };
 
-using detail::appendField;
 using detail::isTyped;
 using detail::kNotTyped;
 
@@ -30,37 +29,43 @@ struct TypedFields {
 };
 
 // Writes an entry into a value: field by field through the protocol, hours first and quarter frames last, or in one go
-// where the value is a video timecode that gives the same so. Reads the present fields once.
+// where the value is one of this library's own that gives the same so. Such a value is read once.
 class EntryWriter {
  public:
   explicit EntryWriter(Object* object)
-      : value_(protocolCast<QKSMPTETimecode>(object)), timecode_(classCast<QKVideoTimecode>(object)) {
-    if (timecode_ && (timecode_->useSeconds() || !timecode_->isNumeric())) timecode_ = nullptr;
+      : value_(protocolCast<QKSMPTETimecode>(object)), timecode_(detail::ownTimecode(object)) {
+    if (timecode_ && timecode_->canSetSMPTEFieldsAtOnce()) {
+      now_ = timecode_->privatePosition();
+    } else {
+      timecode_ = nullptr;
+    }
   }
 
   // Null for an object without SMPTE fields.
   QKSMPTETimecode* value() const { return value_; }
 
   // The hours of the value's whole days.
-  std::int64_t hoursOfWholeDays() {
-    read();
-    return now_.hours / 24 * 24;
+  std::int64_t hoursOfWholeDays() const {
+    std::int64_t hours = now_.label.hours;
+    if (!timecode_) value_->getSMPTEHours(&hours, nullptr, nullptr, nullptr, nullptr, nullptr);
+    return hours / 24 * 24;
   }
 
   void clearSubframes() {
-    read();
-    if (now_.subframes == 0) return;
+    std::int64_t subframes = subframesFromFraction(now_.fraction);
+    if (!timecode_) value_->getSMPTEHours(nullptr, nullptr, nullptr, nullptr, &subframes, nullptr);
+    if (subframes == 0) return;
     value_->setSMPTESubframes(0);
-    fraction_ = 0;
+    now_.fraction = 0;
   }
 
   void write(const TypedFields& typed) {
     if (timecode_ && typed.subframes < kSubframesPerFrame && typed.quarterFrames < kQuarterFramesPerFrame) {
-      read();
       const auto orNow = [](std::int64_t field, std::int64_t now) { return isTyped(field) ? field : now; };
-      const SMPTEFieldSet fields{orNow(typed.hours, now_.hours), orNow(typed.minutes, now_.minutes),
-                                 orNow(typed.seconds, now_.seconds), orNow(typed.frames, now_.frames), 0};
-      double fraction = fraction_;
+      const SMPTEFieldSet& now = now_.label;
+      const SMPTEFieldSet fields{orNow(typed.hours, now.hours), orNow(typed.minutes, now.minutes),
+                                 orNow(typed.seconds, now.seconds), orNow(typed.frames, now.frames), 0};
+      double fraction = now_.fraction;
       if (isTyped(typed.subframes)) fraction = static_cast<double>(typed.subframes) / 80;
       if (isTyped(typed.quarterFrames)) fraction = static_cast<double>(typed.quarterFrames) / 4;
       if (timecode_->setSMPTEFieldsAtOnce(fields, fraction)) return;
@@ -74,22 +79,9 @@ class EntryWriter {
   }
 
  private:
-  void read() {
-    if (hasRead_) return;
-    hasRead_ = true;
-    if (timecode_) {
-      timecode_->privateGetSMPTEHours(&now_.hours, &now_.minutes, &now_.seconds, &now_.frames, &fraction_);
-      now_.subframes = subframesFromFraction(fraction_);
-    } else {
-      value_->getSMPTEHours(&now_.hours, nullptr, nullptr, nullptr, &now_.subframes, nullptr);
-    }
-  }
-
   QKSMPTETimecode* value_;
   QKVideoTimecode* timecode_;  // null where fields go one by one
-  bool hasRead_ = false;
-  SMPTEFieldSet now_;
-  double fraction_ = 0;
+  SMPTEPosition now_;          // of timecode_
 };
 
 }  // namespace
@@ -115,34 +107,35 @@ Ref<Object> QKSMPTETimecodeFormatDeputy::copy() const { return std::make_shared<
 
 std::string QKSMPTETimecodeFormatDeputy::stringForObjectValue(Object* object,
                                                               const QKTimecodeFormatter& formatter) const {
-  std::string text;
   auto* value = protocolCast<QKSMPTETimecode>(object);
-  if (!value) return text;
+  if (!value) return {};
   if (!displaysHours_) value->setSMPTEHours(0);
   std::int64_t hours = 0, minutes = 0, seconds = 0, frames = 0, subframes = 0, quarterFrames = 0;
   value->getSMPTEHours(&hours, &minutes, &seconds, &frames, &subframes, &quarterFrames);
   hours = has24HourRollover_ ? hours % 24 : std::min<std::int64_t>(hours, 99);
 
-  if (formatter.allowsNegative() && value->isNegative()) text += '-';
+  detail::FieldText text;
+  if (formatter.allowsNegative() && value->isNegative()) text.add('-');
   if (displaysHours_) {
-    appendField(text, hours, 2);
-    text += ':';
+    text.addField(hours, 2);
+    text.add(':');
   }
-  appendField(text, minutes, 2);
-  text += ':';
-  appendField(text, seconds, 2);
-  if (!displaysFrames_) return text;
-  text += value->isDropFrame() ? ';' : ':';
-  const auto* timecode = classCast<QKVideoTimecode>(object);
-  appendField(text, frames, static_cast<int>(privateDigitsForFramesWithTimecode(timecode)));
-  if (displaysSubframes_) {
-    text += '.';
-    appendField(text, subframes, 2);
-  } else if (displaysQuarterFrames_) {
-    text += '/';
-    appendInteger(text, quarterFrames);
+  text.addField(minutes, 2);
+  text.add(':');
+  text.addField(seconds, 2);
+  if (displaysFrames_) {
+    text.add(value->isDropFrame() ? ';' : ':');
+    const auto* timecode = classCast<QKVideoTimecode>(object);
+    text.addField(frames, static_cast<int>(privateDigitsForFramesWithTimecode(timecode)));
+    if (displaysSubframes_) {
+      text.add('.');
+      text.addField(subframes, 2);
+    } else if (displaysQuarterFrames_) {
+      text.add('/');
+      text.addField(quarterFrames, 1);
+    }
   }
-  return text;
+  return std::string(text.view());
 }
 
 bool QKSMPTETimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::string_view string,
@@ -182,9 +175,9 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(Ref<Object>* obj
   typed.seconds = entry.takeOr(0);
   typed.minutes = entry.takeOr(0);
   typed.hours = displaysHours_ ? entry.takeOr(0) : 0;
-  if (has24HourRollover_) typed.hours = saturatingAdd(typed.hours, writer.hoursOfWholeDays());
 
   writer.value()->setIsNegative(false);
+  if (has24HourRollover_) typed.hours = saturatingAdd(typed.hours, writer.hoursOfWholeDays());
   writer.write(typed);
   if (object) *object = std::move(current);
   return true;
@@ -226,10 +219,10 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* obj
   if (displaysHours_) typed.hours = entry.takeOr(none);
 
   if (sign == 0) {
+    value->setIsNegative(false);
     if (isTyped(typed.hours) && has24HourRollover_) {
       typed.hours = saturatingAdd(typed.hours, writer.hoursOfWholeDays());
     }
-    value->setIsNegative(false);
     writer.write(typed);
   } else {
     const auto change = sign > 0 ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
@@ -261,8 +254,9 @@ bool QKSMPTETimecodeFormatDeputy::scanEntry(Entry* entry, std::string_view strin
 
 std::string QKSMPTETimecodeFormatDeputy::privateInsertSeparatorsIntoSMPTENumberString(
     std::string_view string, const QKVideoTimecode* timecode) const {
-  const auto frameDigits = static_cast<std::size_t>(privateDigitsForFramesWithTimecode(timecode));
   const std::string_view digits = stringByTrimmingNondecimalsFromEnd(string);
+  if (digits.empty()) return {};
+  const auto frameDigits = static_cast<std::size_t>(privateDigitsForFramesWithTimecode(timecode));
   // Widths and the separator to the right of each piece, lowest field first; a width of 0 takes all the rest.
   std::size_t widths[5] = {};
   std::size_t widthCount = 0;
@@ -393,9 +387,10 @@ void QKSMPTETimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<O
 
   const bool isNegative = value->isNegative();
   const bool crossesZero = isNegative != old->isNegative();
-  if (tag > kFrames || (tag != kFrames && !crossesZero) || (tag == kFrames && increment == 0)) return;
+  if (tag != kFrames && !crossesZero) return;
   std::int64_t lower[kTagCount] = {};  // the fields before the step
   old->getSMPTEHours(nullptr, &lower[kMinutes], &lower[kSeconds], &lower[kFrames], &lower[kSubframes], nullptr);
+  if (tag > kFrames || increment == 0) return;
   const bool keepsSubframes = lower[kSubframes] != 0 && showsLowerField();
 
   if (crossesZero) {
@@ -490,7 +485,9 @@ std::int64_t QKSMPTETimecodeFormatDeputy::privateMaximumCurrentFields() const {
 }
 
 std::int64_t QKSMPTETimecodeFormatDeputy::privateDigitsForFramesWithTimecode(const QKVideoTimecode* timecode) {
-  return timecode && timecode->videoFrameRate() > kThreeDigitRate ? 3 : 2;
+  if (!timecode) return 2;
+  const auto* row = timecodeModeRow(timecode->timecodeMode());  // whose counting rate lies as its exact one does
+  return (row ? static_cast<double>(row->countingRate) : timecode->videoFrameRate()) > kThreeDigitRate ? 3 : 2;
 }
 
 std::string_view QKSMPTETimecodeFormatDeputy::privateSeparators() const {

@@ -18,6 +18,13 @@ constexpr std::uint64_t kHighestTimescale = 0x7fffffff;
 
 // The least common multiple of two tick rates, or the larger of them where a timescale does not hold it.
 std::uint64_t commonTimescale(std::uint64_t timescale, std::uint64_t audioFrameRate) {
+  // As nearly always: one holds the other. Narrow divisions are fast.
+  const auto videoTicks = static_cast<std::uint32_t>(timescale),
+             audioTicks = static_cast<std::uint32_t>(audioFrameRate);
+  if (timescale <= kHighestTimescale && audioFrameRate <= kHighestTimescale && videoTicks != 0 && audioTicks != 0) {
+    if (videoTicks % audioTicks == 0) return videoTicks;
+    if (audioTicks % videoTicks == 0) return audioTicks;
+  }
   const std::uint64_t multiple = _QKTimecodeUtilityLCM(timescale, audioFrameRate == 0 ? 1 : audioFrameRate);
   if (multiple != 0 && multiple <= kHighestTimescale) return multiple;
   return std::max(std::min(timescale, kHighestTimescale), std::min(audioFrameRate, kHighestTimescale));

@@ -75,16 +75,25 @@ WholeAndRest divideByFrameTime(std::uint64_t ticks, std::uint64_t frameTime) {
   return {ticks / frameTime, ticks % frameTime};
 }
 
+// Whether each field stands in its usual range, hours far from what 64 bits of ticks hold.
+bool hasUsualFields(const SMPTEFieldSet& fields, const TimecodeModeRow& row) {
+  constexpr std::uint64_t kHours = 1000000;
+  const auto below = [](std::int64_t field, std::uint64_t end) { return static_cast<std::uint64_t>(field) < end; };
+  return below(fields.hours, kHours) && below(fields.minutes, 60) && below(fields.seconds, 60) &&
+         below(fields.frames, static_cast<std::uint64_t>(row.countingRate));
+}
+
+// Whether a few frames more or less stay within 64 bits of ticks.
+constexpr bool isFarFromEnds(std::int64_t ticks) {
+  constexpr std::int64_t kEnd = std::int64_t{1} << 62;
+  return ticks > -kEnd && ticks < kEnd;
+}
+
 int orderOf(double a, double b) { return a < b ? -1 : a > b ? 1 : 0; }
 
 }  // namespace
 
 struct QKVideoTimecode::FrameScale {
-  struct Fields {
-    SMPTEFieldSet label;  // subframes 0
-    double fraction;      // of a frame, [0, 1)
-  };
-
   SMPTECounting counting;
   bool isDuration = false;
   bool useSeconds = false;
@@ -96,17 +105,18 @@ struct QKVideoTimecode::FrameScale {
   // The ticks of a label, a magnitude.
   std::int64_t ticksOf(const SMPTEFieldSet& label, double fraction) const;
   double secondsOf(const SMPTEFieldSet& label, double fraction) const;
-  Fields fieldsAtTicks(std::uint64_t magnitude) const;
-  Fields fieldsAtSeconds(double magnitude) const;
-  Fields countedFields(double magnitude) const;
+  SMPTEPosition atTicks(std::uint64_t magnitude) const;
+  SMPTEPosition atSeconds(double magnitude) const;
 
-  double wholeFrames(double magnitude) const { return std::trunc(magnitude / frameTime); }
+  // At most 2^63-1; what lies beyond is left to the fraction.
+  double wholeFrames(double magnitude) const { return static_cast<double>(saturateToInt64(magnitude / frameTime)); }
   double fractionPast(double wholeFrameCount, double magnitude) const;
 
  private:
   // Seconds of a label in a duration mode.
   double elapsedSeconds(const SMPTEFieldSet& label, double fraction) const;
-  Fields elapsedFields(double seconds) const;
+  SMPTEPosition elapsed(double seconds) const;
+  SMPTEPosition counted(double magnitude) const;
 };
 
 double QKVideoTimecode::FrameScale::elapsedSeconds(const SMPTEFieldSet& label, double fraction) const {
@@ -146,10 +156,10 @@ double QKVideoTimecode::FrameScale::secondsOf(const SMPTEFieldSet& label, double
   return (fractionalFrameFromLabel(counting, label) + fraction) / rate;
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtTicks(std::uint64_t magnitude) const {
+SMPTEPosition QKVideoTimecode::FrameScale::atTicks(std::uint64_t magnitude) const {
   if (wholeFrameTime == 0) {
     const double ticks = static_cast<double>(magnitude);
-    return isDuration ? elapsedFields(ticks / static_cast<double>(timescale)) : countedFields(ticks);
+    return isDuration ? elapsed(ticks / static_cast<double>(timescale)) : counted(ticks);
   }
   const auto fractionOf = [this](std::uint64_t ticks) {
     return static_cast<double>(ticks) / static_cast<double>(wholeFrameTime);
@@ -166,15 +176,15 @@ QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtTicks(s
   return {labelFromFrame(counting, saturatingFromUInt64(frames)), fractionOf(rest)};
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::fieldsAtSeconds(double magnitude) const {
-  return isDuration ? elapsedFields(magnitude) : countedFields(magnitude);
+SMPTEPosition QKVideoTimecode::FrameScale::atSeconds(double magnitude) const {
+  return isDuration ? elapsed(magnitude) : counted(magnitude);
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::elapsedFields(double seconds) const {
+SMPTEPosition QKVideoTimecode::FrameScale::elapsed(double seconds) const {
   const double whole = std::trunc(seconds);
   const std::int64_t second = saturateToInt64(whole);
   const double frames = counting.nominal * (seconds - whole);
-  Fields fields{};
+  SMPTEPosition fields;
   fields.label.hours = second / 3600;
   fields.label.minutes = second / 60 % 60;
   fields.label.seconds = second % 60;
@@ -183,7 +193,7 @@ QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::elapsedFields(d
   return fields;
 }
 
-QKVideoTimecode::FrameScale::Fields QKVideoTimecode::FrameScale::countedFields(double magnitude) const {
+SMPTEPosition QKVideoTimecode::FrameScale::counted(double magnitude) const {
   const double whole = wholeFrames(magnitude);
   return {labelFromFrame(counting, saturateToInt64(whole)), fractionPast(whole, magnitude)};
 }
@@ -557,8 +567,18 @@ const QKVideoTimecode::FrameScale& QKVideoTimecode::frameScaleAt(std::int64_t ti
     return scales;
   }();
   const auto* row = timecodeModeRow(mode_);
-  if (row && timescale == row->tickRate && !flags_.useSeconds) {
-    return kBestFrameScales[static_cast<std::size_t>(mode_)];
+  if (row && !flags_.useSeconds) {
+    const FrameScale& best = kBestFrameScales[static_cast<std::size_t>(mode_)];
+    if (timescale == best.timescale) return best;
+    // A common timescale with audio: the ticks of a frame are as many times more.
+    const auto ticks = static_cast<std::uint32_t>(timescale), ofMode = static_cast<std::uint32_t>(best.timescale);
+    if (timescale > 0 && ticks % ofMode == 0) {
+      storage = best;
+      storage.timescale = timescale;
+      storage.wholeFrameTime *= ticks / ofMode;
+      storage.frameTime = static_cast<double>(storage.wholeFrameTime);
+      return storage;
+    }
   }
   const double rate = videoFrameRate();
   // A mode without a row counts at its exact rate and drops nothing.
@@ -586,8 +606,17 @@ std::int64_t QKVideoTimecode::privateFramesPerHour() const { return counting().f
 std::int64_t QKVideoTimecode::privateFramesPerTenMinutes() const { return counting().framesPerTenMinutes; }
 std::int64_t QKVideoTimecode::privateFramesPerMinute() const { return counting().framesPerMinute; }
 
-void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
-                                           std::int64_t* frames, double* fractionalFrames) {
+const TimecodeModeRow* QKVideoTimecode::rowAtBest() const {
+  const auto* row = timecodeModeRow(mode_);
+  const bool isUsual = row && !flags_.useSeconds && time_.timescale == row->tickRate && time_.isNumeric();
+  return isUsual && _bestTimeScale() == row->tickRate ? row : nullptr;
+}
+
+SMPTEPosition QKVideoTimecode::privatePosition() {
+  return rowAtBest() ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
+}
+
+SMPTEPosition QKVideoTimecode::unusualPosition() {
   if (mode_ == QKSMPTETimecodeModeInvalid) {
     raise("-[QKVideoTimecode privateGetSMPTEHours:minutes:seconds:frames:fractionalFrames:]", 1374,
           "QKVideoTimecode: Can't use SMPTE information in mode QKSMPTETimecodeModeInvalid");
@@ -598,14 +627,18 @@ void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* mi
   }
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
-  const FrameScale::Fields fields = !isNumeric()        ? FrameScale::Fields{}
-                                    : flags_.useSeconds ? scale.fieldsAtSeconds(std::abs(seconds_))
-                                                        : scale.fieldsAtTicks(magnitudeOf(time_.value));
-  if (hours) *hours = fields.label.hours;
-  if (minutes) *minutes = fields.label.minutes;
-  if (seconds) *seconds = fields.label.seconds;
-  if (frames) *frames = fields.label.frames;
-  if (fractionalFrames) *fractionalFrames = fields.fraction;
+  if (!isNumeric()) return {};
+  return flags_.useSeconds ? scale.atSeconds(std::abs(seconds_)) : scale.atTicks(magnitudeOf(time_.value));
+}
+
+void QKVideoTimecode::privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
+                                           std::int64_t* frames, double* fractionalFrames) {
+  const SMPTEPosition position = privatePosition();
+  if (hours) *hours = position.label.hours;
+  if (minutes) *minutes = position.label.minutes;
+  if (seconds) *seconds = position.label.seconds;
+  if (frames) *frames = position.label.frames;
+  if (fractionalFrames) *fractionalFrames = position.fraction;
 }
 
 void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds,
@@ -616,10 +649,13 @@ void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, 
     }
     return;
   }
-  double fraction = 0;
-  privateGetSMPTEHours(hours, minutes, seconds, frames, &fraction);
-  if (subframes) *subframes = subframesFromFraction(fraction);
-  if (quarterFrames) *quarterFrames = quarterFramesFromFraction(fraction);
+  const SMPTEPosition position = rowAtBest() ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
+  if (hours) *hours = position.label.hours;
+  if (minutes) *minutes = position.label.minutes;
+  if (seconds) *seconds = position.label.seconds;
+  if (frames) *frames = position.label.frames;
+  if (subframes) *subframes = subframesFromFraction(position.fraction);
+  if (quarterFrames) *quarterFrames = quarterFramesFromFraction(position.fraction);
 }
 
 std::int64_t QKVideoTimecode::SMPTEHours() {
@@ -649,18 +685,14 @@ std::int64_t QKVideoTimecode::SMPTESubframes() {
 
 std::int64_t QKVideoTimecode::SMPTEQuarterFrames() {
   if (refusesNonNumeric("ERROR: Can't get SMPTE quarterFrames with non-numeric time. Returning 0")) return 0;
-  double fraction = 0;
-  privateGetSMPTEHours(nullptr, nullptr, nullptr, nullptr, &fraction);
-  return quarterFramesFromFraction(fraction);
+  return quarterFramesFromFraction(privatePosition().fraction);
 }
 
 // All five fields, subframes as the public getter gives them.
 SMPTEFieldSet QKVideoTimecode::privateFields() {
-  SMPTEFieldSet fields;
-  double fraction = 0;
-  privateGetSMPTEHours(&fields.hours, &fields.minutes, &fields.seconds, &fields.frames, &fraction);
-  fields.subframes = subframesFromFraction(fraction);
-  return fields;
+  SMPTEPosition position = privatePosition();
+  position.label.subframes = subframesFromFraction(position.fraction);
+  return position.label;
 }
 
 void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
@@ -678,21 +710,25 @@ void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minu
   time_.value = wasNegative ? wrappingNegate(ticks) : ticks;
 }
 
-bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
-  constexpr std::int64_t kHighestHours = 1000000;  // far from what 64 bits of ticks hold
-  const auto isField = [](std::int64_t field, std::int64_t highest) { return field >= 0 && field <= highest; };
-  // As it stands after a read, except for a time too large for the best timescale.
-  const auto holdsWholeFrames = [timescale = time_.timescale](std::int64_t tickRate) {
-    return timescale == tickRate || (timescale > 0 && timescale % tickRate == 0);
-  };
+bool QKVideoTimecode::canSetSMPTEFieldsAtOnce() {
   const auto* row = timecodeModeRow(mode_);
-  const bool isCounted = row && row->kind != TimecodeModeKind::Duration && !flags_.useSeconds && time_.isNumeric() &&
-                         holdsWholeFrames(row->tickRate);
-  if (!isCounted || !isField(fields.hours, kHighestHours) || !isField(fields.minutes, 59) ||
-      !isField(fields.seconds, 59) || !isField(fields.frames, row->countingRate - 1)) {
-    return false;
-  }
-  privateSetSMPTEHours(fields.hours, fields.minutes, fields.seconds, fields.frames, fractionalFrames);
+  if (!row || row->kind == TimecodeModeKind::Duration || flags_.useSeconds || !time_.isNumeric()) return false;
+  const std::int64_t best = _bestTimeScale();
+  if (best % row->tickRate != 0) return false;
+  if (time_.timescale == best) return true;
+  const MediaTime converted = time_.convertedTo(saturateToInt32(best));
+  if (!converted.isNumeric() || converted.timescale != best) return false;
+  time_ = converted;
+  return true;
+}
+
+bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
+  const auto* row = timecodeModeRow(mode_);
+  if (!row || !hasUsualFields(fields, *row) || !canSetSMPTEFieldsAtOnce()) return false;
+  const std::int64_t frameTicks = row->ticksPerFrame() * (time_.timescale / static_cast<std::int32_t>(row->tickRate));
+  std::int64_t ticks = frameFromLabel(*SMPTECounting::ofMode(mode_), fields) * frameTicks;  // below 2^63
+  if (fractionalFrames != 0) ticks += saturateToInt64(static_cast<double>(frameTicks) * fractionalFrames + 0.5);
+  time_.value = time_.value < 0 ? -ticks : ticks;
   return true;
 }
 
@@ -782,6 +818,14 @@ void QKVideoTimecode::privateSetSMPTEQuarterFrames(std::int64_t quarterFrames) {
 
 // Whole frames among the parts go to the frames field.
 void QKVideoTimecode::privateSetFrameParts(std::int64_t parts, std::int64_t partsPerFrame) {
+  const auto* row = rowAtBest();
+  if (row && row->kind != TimecodeModeKind::Duration && isFarFromEnds(time_.value) && parts >= 0 &&
+      parts < partsPerFrame) {  // the label stays, and the parts are whole ticks
+    const std::int64_t ticks = row->ticksPerFrame() / partsPerFrame * parts;
+    const std::int64_t rest = time_.value % row->ticksPerFrame();  // with the sign
+    time_.value += (time_.value < 0 ? -ticks : ticks) - rest;
+    return;
+  }
   std::int64_t hours = 0, minutes = 0, seconds = 0, frames = 0;
   privateGetSMPTEHours(&hours, &minutes, &seconds, &frames, nullptr);
   if (parts >= partsPerFrame) {
@@ -838,9 +882,14 @@ Number QKVideoTimecode::privateTimeForHours(std::int64_t hours, std::int64_t min
 }
 
 SMPTEFieldSet QKVideoTimecode::privateNormalizeHMSFs(const SMPTEFieldSet& fields) const {
+  const auto* row = timecodeModeRow(mode_);
+  if (row && !flags_.useSeconds && hasUsualFields(fields, *row) && fields.subframes >= 0 &&
+      fields.subframes < kSubframesPerFrame) {
+    return fields;
+  }
   FrameScale storage;
   FrameScale scale = bestFrameScale(storage);
-  if (const auto* row = timecodeModeRow(mode_)) {
+  if (row) {
     scale.counting = *SMPTECounting::ofMode(row->plainMode);
     scale.isDuration = false;
     scale.timescale = row->tickRate;
@@ -850,8 +899,8 @@ SMPTEFieldSet QKVideoTimecode::privateNormalizeHMSFs(const SMPTEFieldSet& fields
     }
   }
   const double fraction = static_cast<double>(fields.subframes) / 80;
-  const FrameScale::Fields read = flags_.useSeconds ? scale.fieldsAtSeconds(std::abs(scale.secondsOf(fields, fraction)))
-                                                    : scale.fieldsAtTicks(magnitudeOf(scale.ticksOf(fields, fraction)));
+  const SMPTEPosition read = flags_.useSeconds ? scale.atSeconds(std::abs(scale.secondsOf(fields, fraction)))
+                                               : scale.atTicks(magnitudeOf(scale.ticksOf(fields, fraction)));
   SMPTEFieldSet result = read.label;
   result.subframes = subframesFromFraction(read.fraction);
   return result;
@@ -879,8 +928,8 @@ void QKVideoTimecode::privateAddHMSFs(const SMPTEFieldSet& delta, bool isNegativ
     after = isNegativeDelta == wasNegative ? addFields(before, delta, framesPerSecond)
                                            : subtractFields(before, delta, framesPerSecond);
     if (isDropFrame()) {
-      after = privateHMSFsFrameAdjustment(after, privateDropFrameAdjustmentForHMFSsBeforeChange(before, after, delta),
-                                          framesPerSecond);
+      const std::int64_t frames = privateDropFrameAdjustmentForHMFSsBeforeChange(before, after, delta);
+      if (frames != 0) after = privateHMSFsFrameAdjustment(after, frames, framesPerSecond);
     }
   }
   if (!setSMPTEFieldsAtOnce(after, static_cast<double>(after.subframes) / 80)) {
@@ -1066,8 +1115,9 @@ std::int64_t QKVideoTimecode::signedVideoFrames() {
   if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0")) return 0;
   requireVideoFrames("-[QKVideoTimecode signedVideoFrames]", 2136);
   _normalizeTimeScaleForFrameRateIfNecessary();
-  const std::int64_t frames = saturatingFromUInt64(frameMagnitude(roundHalfAway));
-  return isNegative() ? -frames : frames;
+  const std::uint64_t frames = frameMagnitude(roundHalfAway);
+  return isNegative() ? wrappingNegate(static_cast<std::int64_t>(std::min(frames, magnitudeOf(kInt64Lowest))))
+                      : saturatingFromUInt64(frames);
 }
 
 void QKVideoTimecode::setVideoFrames(std::uint64_t frames) {
@@ -1100,12 +1150,23 @@ Number QKVideoTimecode::privateTimeForVideoFrames(std::uint64_t frames) {
   return frames > kUInt64Highest / scale.wholeFrameTime ? kUInt64Highest : frames * scale.wholeFrameTime;
 }
 
+// Adds frames in place in the usual case, where the sum is far from the ends of 64 bits. Whether it did.
+bool QKVideoTimecode::addFramesAtBest(std::uint64_t frames, bool isNegativeDelta) {
+  const auto* row = rowAtBest();
+  if (!row || !isFarFromEnds(time_.value) || frames > std::numeric_limits<std::uint32_t>::max()) return false;
+  const std::int64_t ticks = static_cast<std::int64_t>(frames) * row->ticksPerFrame();
+  time_.value += isNegativeDelta ? -ticks : ticks;
+  return true;
+}
+
 void QKVideoTimecode::addVideoFrames(std::uint64_t frames) {
+  if (addFramesAtBest(frames, false)) return;
   requireVideoFrames("-[QKVideoTimecode addVideoFrames:]", 2190);
   addTimecodeNumberValue(privateTimeForVideoFrames(frames), false);
 }
 
 void QKVideoTimecode::subtractVideoFrames(std::uint64_t frames) {
+  if (addFramesAtBest(frames, true)) return;
   requireVideoFrames("-[QKVideoTimecode subtractVideoFrames:]", 2198);
   addTimecodeNumberValue(privateTimeForVideoFrames(frames), true);
 }

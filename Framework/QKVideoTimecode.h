@@ -248,12 +248,16 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
 
   // ---- For the deputies ----
 
-  // The fields with the fraction of a frame in [0, 1). Any pointer may be null.
+  // The fields with the fraction of a frame in [0, 1), beyond 1 only past 2^63 frames. Any pointer may be null.
+  SMPTEPosition privatePosition();
   void privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
                             double* fractionalFrames);
-  // Writes all fields in one go, with the sign that the value has, where that gives the same as the five setters one
-  // after another, hours first: each in its usual range, up to a million hours, in a fixed counting or drop-frame mode
-  // outside the seconds mode. False, and nothing changed, elsewhere.
+  // Whether setSMPTEFieldsAtOnce may take fields: in a fixed counting or drop-frame mode outside the seconds mode, for a
+  // time that the best timescale holds, to which it is brought. False, without a report and nothing changed, elsewhere.
+  bool canSetSMPTEFieldsAtOnce();
+  // Writes all fields in one go, with the sign that the value has, which gives the same as the five setters one after
+  // another, hours first. False, and nothing changed, where it may not, or for a field outside its usual range or a
+  // million hours and more.
   bool setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames);
 
  protected:
@@ -333,6 +337,11 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   const FrameScale& frameScale(FrameScale& storage) const;
   const FrameScale& bestFrameScale(FrameScale& storage) const;
   const FrameScale& frameScaleAt(std::int64_t timescale, FrameScale& storage) const;
+  // The row of the mode where the time stands at its tick rate and that is the best one: the usual case, in which
+  // integers are enough. Else null.
+  const TimecodeModeRow* rowAtBest() const;
+  SMPTEPosition unusualPosition();
+  bool addFramesAtBest(std::uint64_t frames, bool isNegativeDelta);
   std::uint64_t frameCountSum(std::uint64_t a, std::uint64_t b) const;
   SMPTECounting counting() const;
   SMPTEFieldSet privateFields();

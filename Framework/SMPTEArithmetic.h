@@ -7,6 +7,7 @@
 #include "../Platform/IntegerMath.h"
 #include "TimecodeModeTable.h"
 
+#include <algorithm>
 #include <array>
 
 namespace quill::inline v0 {
@@ -74,6 +75,24 @@ inline const SMPTECounting* SMPTECounting::ofMode(QKSMPTETimecodeMode mode) {
 // gives 00:01:00;02.
 QUILL_EXPORT SMPTEFieldSet labelFromFrame(const SMPTECounting& counting, std::int64_t n);
 
+// A label and the fraction of a frame past it, in [0, 1); the label's subframes are 0.
+struct SMPTEPosition {
+  SMPTEFieldSet label;
+  double fraction = 0;
+};
+
+namespace detail {
+// By mode.
+using PositionFunction = SMPTEPosition (*)(std::uint64_t ticks);
+QUILL_EXPORT extern const std::array<PositionFunction, std::size(kTimecodeModeTable)> kPositionFunctions;
+}  // namespace detail
+
+// Where a count of ticks lies, at the tick rate of a fixed mode; zero for the other modes. In a duration mode the label
+// is elapsed time. (29.97df, 1800 * 80080 + 40040) gives 00:01:00;02 and 0.5.
+inline SMPTEPosition positionAtTicks(QKSMPTETimecodeMode mode, std::uint64_t ticks) {
+  return timecodeModeRow(mode) ? detail::kPositionFunctions[static_cast<std::size_t>(mode)](ticks) : SMPTEPosition{};
+}
+
 // The frame number of a label, subframes aside: a whole number except at fractional rates. A label that drop-frame
 // skips gives the first frame of its minute. Fields may pass their usual range.
 QUILL_EXPORT std::int64_t frameFromLabel(const SMPTECounting& counting, const SMPTEFieldSet& label);
@@ -99,7 +118,11 @@ QUILL_EXPORT std::int64_t dropFrameAdjustment(std::int64_t framesPerSecond, cons
 
 // 80ths and quarters of a frame from a fraction of one: the whole parts after 1/1000 of a frame is added, at most 79
 // and 3. 0.2375 gives 19 subframes.
-QUILL_EXPORT std::int64_t subframesFromFraction(double fraction);
-QUILL_EXPORT std::int64_t quarterFramesFromFraction(double fraction);
+constexpr std::int64_t subframesFromFraction(double fraction) {
+  return fraction == 0 ? 0 : saturateToInt64(std::min((fraction + 0.001) * 80, 79.0));
+}
+constexpr std::int64_t quarterFramesFromFraction(double fraction) {
+  return fraction == 0 ? 0 : saturateToInt64(std::min((fraction + 0.001) * 4, 3.0));
+}
 
 }  // namespace quill::inline v0

@@ -61,8 +61,8 @@ struct TimecodeModeRow {
   }
   // Labels skipped in every minute but the tenth: 2 a minute for each 30 frames a second (SMPTE ST 12-1).
   constexpr std::int64_t droppedLabels() const { return kind == TimecodeModeKind::Drop ? countingRate * 2 / 30 : 0; }
-  // 80 or 80080.
-  constexpr std::int64_t ticksPerFrame() const { return tickRate * rateDenominator / rateNumerator; }
+  // In which 80 subframes and, at a fractional rate, the 1001 parts of each are whole.
+  constexpr std::int64_t ticksPerFrame() const { return rateDenominator == 1 ? 80 : 80080; }
 };
 
 #define QUILL_MODE(suffix) QKSMPTETimecodeMode_##suffix, "QKSMPTETimecodeMode_" #suffix
@@ -97,11 +97,7 @@ inline constexpr TimecodeModeRow kTimecodeModeTable[] = {
 consteval bool timecodeModeRowsStandInOrderAndDivide() {
   for (std::int64_t i = 0; const TimecodeModeRow& row : kTimecodeModeTable) {
     if (row.mode != i++) return false;
-    const std::int64_t ticksPerFrame = row.rateDenominator == 1 ? 80 : 80080;
-    if (row.ticksPerFrame() != ticksPerFrame ||
-        row.tickRate * row.rateDenominator != ticksPerFrame * row.rateNumerator) {
-      return false;
-    }
+    if (row.tickRate * row.rateDenominator != row.ticksPerFrame() * row.rateNumerator) return false;
   }
   return true;
 }

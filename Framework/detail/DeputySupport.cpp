@@ -1,7 +1,10 @@
 #include "DeputySupport.h"
 
 #include "../../Platform/IntegerMath.h"
+#include "../QKExtendedTimecode.h"
 #include "ParseText.h"
+
+#include <typeinfo>
 
 namespace quill::inline v0::detail {
 
@@ -36,6 +39,20 @@ void setFractionWidth(NumberFormatter& formatter, int places) {
   formatter.setMinimumIntegerDigits(places);
   formatter.setMaximumIntegerDigits(places);
   formatter.setZeroSymbol(zero);
+}
+
+void FieldText::addOtherField(std::int64_t value, int width) {
+  std::string digits;
+  appendPadded(digits, value, width);
+  for (const char c : digits) add(c);
+}
+
+QKVideoTimecode* ownTimecode(Object* object) {
+  if (!object) return nullptr;
+  const std::type_info* const type = &typeid(*object);
+  const bool isOwn =
+      type == &typeid(QKExtendedTimecode) || type == &typeid(QKVideoTimecode) || type == &typeid(QKTimecode);
+  return isOwn ? static_cast<QKVideoTimecode*>(object) : nullptr;
 }
 
 int decimalDigitCount(std::uint64_t value) {

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "../QKFormatDeputy.h"
-#include "../QKTimecodeProtocols.h"
+#include "../QKVideoTimecode.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace quill::inline v0::detail {
 
@@ -67,15 +68,38 @@ constexpr int placesInRange(std::int64_t places) { return static_cast<int>(std::
 constexpr std::int64_t groupCount(std::int64_t digits) { return (digits + 2) / 3; }
 constexpr std::int64_t outerGroupWidth(std::int64_t digits) { return (digits + 2) % 3 + 1; }
 
+// Fields put together on the stack: room for six of any value, a sign and the separators between them.
+class FieldText {
+ public:
+  void add(char c) { bytes_[length_++] = c; }
+  // With leading zeros up to a width below 20.
+  void addField(std::int64_t value, int width) {
+    if (width == 2 && value >= 0 && value < 100) {
+      const auto small = static_cast<unsigned>(value);
+      add(static_cast<char>('0' + small / 10));
+      add(static_cast<char>('0' + small % 10));
+    } else {
+      addOtherField(value, width);
+    }
+  }
+  std::string_view view() const { return {bytes_, length_}; }
+
+ private:
+  void addOtherField(std::int64_t value, int width);
+
+  char bytes_[128];
+  std::size_t length_ = 0;
+};
+
 // Appends a field with leading zeros.
 inline void appendField(std::string& text, std::int64_t value, int width) {
-  if (width == 2 && value >= 0 && value < 100) {
-    text += static_cast<char>('0' + value / 10);
-    text += static_cast<char>('0' + value % 10);
-  } else {
-    appendPadded(text, value, width);
-  }
+  FieldText field;
+  field.addField(value, width);
+  text += field.view();
 }
+
+// The object where its class is one of this library's own, which no one has derived from and changed; else null.
+QKVideoTimecode* ownTimecode(Object* object);
 
 // The decimal separator of the locale in place of the point of a number.
 void localizePoint(std::string& text);
