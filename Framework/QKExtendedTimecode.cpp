@@ -87,10 +87,9 @@ QKExtendedTimecode QKExtendedTimecode::initWithTempo(double tempo, std::int64_t 
                                                      std::int64_t denominator) {
   if (!(tempo > 0) || timeSignatureNumerator < 1 || denominator < 1) {
     // The name in the text is that of no initialiser, on purpose.
-    assertionFailed({"-[QKExtendedTimecode initWithTempo:timeSignatureNumerator:denominator:]", nullptr, kFile,
-                     __LINE__,
-                     "-[QKExtendedTimecode initWithBeats:tempo:timeSignatureNumerator:denominator: requires positive "
-                     "tempo and time signature factors"});
+    assertionFailed(
+        {"-[QKExtendedTimecode initWithTempo:timeSignatureNumerator:denominator:]", nullptr, kFile, __LINE__,
+         "-[QKExtendedTimecode initWithBeats:tempo:timeSignatureNumerator:denominator: requires positive tempo and time signature factors"});
   }
   QKExtendedTimecode timecode;
   timecode.tempo_ = tempo;
@@ -225,8 +224,8 @@ Number QKExtendedTimecode::privateTimeForBars(std::int64_t bars, std::int64_t be
 
 void QKExtendedTimecode::getBars(std::int64_t* bars, std::int64_t* beats, std::int64_t* divisions,
                                  std::int64_t* ticks) {
-  if (refusesNonNumeric("ERROR: Can't get bars-beats-divisions-ticks with non-numeric internal time. Setting all to "
-                        "zero.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't get bars-beats-divisions-ticks with non-numeric internal time. Setting all to zero.")) {
     return zero({bars, beats, divisions, ticks});
   }
   MusicalPosition position = musicalPosition();
@@ -294,8 +293,8 @@ void QKExtendedTimecode::addBars(std::int64_t bars, std::int64_t beats, std::int
   if (!allNonnegative(4, bars, beats, divisions, ticks)) {
     raise(__LINE__, "-[QKExtendedTimecode addBars:beats:divisions:ticks:] expects nonnegative deltas");
   }
-  if (refusesNonNumeric("ERROR: Can't add bars-beats-divisions-ticks with non-numeric internal time. Timecode "
-                        "unchanged.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't add bars-beats-divisions-ticks with non-numeric internal time. Timecode unchanged.")) {
     return;
   }
   privateAddBars(bars, beats, divisions, ticks, false);
@@ -306,8 +305,8 @@ void QKExtendedTimecode::subtractBars(std::int64_t bars, std::int64_t beats, std
   if (!allNonnegative(4, bars, beats, divisions, ticks)) {
     raise(__LINE__, "-[QKExtendedTimecode subtractBars:beats:divisions:ticks:] expects nonnegative deltas");
   }
-  if (refusesNonNumeric("ERROR: Can't subtract bars-beats-divisions-ticks with non-numeric internal time. Timecode "
-                        "unchanged.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't subtract bars-beats-divisions-ticks with non-numeric internal time. Timecode unchanged.")) {
     return;
   }
   privateAddBars(bars, beats, divisions, ticks, true);
@@ -354,8 +353,8 @@ Number QKExtendedTimecode::privateTimeForFeet(std::int64_t feet, std::int64_t fr
 }
 
 void QKExtendedTimecode::getFFFeet(std::int64_t* feet, std::int64_t* frames, std::int64_t* quarterFrames) {
-  if (refusesNonNumeric("ERROR: Can't get feet-frames-quarterframes with non-numeric internal time. Setting all to "
-                        "zero.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't get feet-frames-quarterframes with non-numeric internal time. Setting all to zero.")) {
     return zero({feet, frames, quarterFrames});
   }
   const FeetFramesQuarterFrames footage = footageOfFrame(filmType_, videoFrames());
@@ -396,8 +395,8 @@ void QKExtendedTimecode::addFeet(std::int64_t feet, std::int64_t frames, std::in
   if (!allNonnegative(3, feet, frames, quarterFrames)) {
     raise(__LINE__, "-[QKExtendedTimecode addFeet:frames:quarterFrames:] expects nonnegative deltas");
   }
-  if (refusesNonNumeric("ERROR: Can't add feet-frames-quarterframes with non-numeric internal time. Timecode "
-                        "unchanged.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't add feet-frames-quarterframes with non-numeric internal time. Timecode unchanged.")) {
     return;
   }
   privateAddFeet(feet, frames, quarterFrames, false);
@@ -407,8 +406,8 @@ void QKExtendedTimecode::subtractFeet(std::int64_t feet, std::int64_t frames, st
   if (!allNonnegative(3, feet, frames, quarterFrames)) {
     raise(__LINE__, "-[QKExtendedTimecode subtractFeet:frames:quarterFrames:] expects nonnegative deltas");
   }
-  if (refusesNonNumeric("ERROR: Can't subtract feet-frames-quarterframes with non-numeric internal time. Timecode "
-                        "unchanged.")) {
+  if (refusesNonNumeric(
+          "ERROR: Can't subtract feet-frames-quarterframes with non-numeric internal time. Timecode unchanged.")) {
     return;
   }
   privateAddFeet(feet, frames, quarterFrames, true);

@@ -295,11 +295,9 @@ bool QKFFTimecodeFormatDeputy::privateScanFFNumberString(std::string_view string
   if (digits.empty()) return false;
   if (length < 1 || length > kTagCount) {
     assertionFailed(
-        {"-[QKFFTimecodeFormatDeputy "
-         "privateScanFFNumberString:intoFieldArray:length:indexAtEnd:currentQuarterFrames:]",
+        {"-[QKFFTimecodeFormatDeputy privateScanFFNumberString:intoFieldArray:length:indexAtEnd:currentQuarterFrames:]",
          this, kFile, 64,
-         "-[QKFFTimecodeFormatDeputy privateScanFFNumberString:intoFieldArray:length:indexAtEnd:] "
-         "unexpected value for fieldLen"});
+         "-[QKFFTimecodeFormatDeputy privateScanFFNumberString:intoFieldArray:length:indexAtEnd:] unexpected value for fieldLen"});
   }
   if (displaysQuarterFrames_) appendInteger(digits, currentQuarterFrames);
 

@@ -67,10 +67,8 @@ BoundOperation QKOneDFramesTimecodeFormatDeputy::addFramesInvocation() const {
 }
 
 BoundOperation QKOneDFramesTimecodeFormatDeputy::subtractFramesInvocation() const {
-  return failAbstract(
-      "+[QKOneDFramesTimecodeFormatDeputy subtractFramesInvocation] must be implemented by "
-      "subclass.",
-      43);
+  return failAbstract("+[QKOneDFramesTimecodeFormatDeputy subtractFramesInvocation] must be implemented by subclass.",
+                      43);
 }
 
 std::int64_t QKOneDFramesTimecodeFormatDeputy::framesFromObject(Object* object) const {

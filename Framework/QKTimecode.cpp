@@ -255,9 +255,9 @@ std::uint64_t QKTimecode::audioFrames() {
   }
   const std::uint64_t frame = videoFrames();
   if (frame < sequencePhaseFrame_) {
-    assertionFailed({"-[QKTimecode audioFrames]", this, kFile, __LINE__,
-                     "invalid time for SMPTE 272M audio frames conversion: video frames must not be less than audio "
-                     "frame sequence phase frame (sequencePhaseFrame)"});
+    assertionFailed(
+        {"-[QKTimecode audioFrames]", this, kFile, __LINE__,
+         "invalid time for SMPTE 272M audio frames conversion: video frames must not be less than audio frame sequence phase frame (sequencePhaseFrame)"});
   }
   const AudioFrameSequence* sequence = audioFrameSequence(sequenceFrameRate(), audioFrameRate_);
   if (!sequence) return 0;

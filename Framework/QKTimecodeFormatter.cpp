@@ -229,9 +229,9 @@ void QKTimecodeFormatter::privateVerifyAsBound(Object* object) const {
                   conformsTo(object, QKBasicTimecode::protocol))) {
     return;
   }
-  assertionFailed({"-[QKTimecodeFormatter privateVerifyAsBound:]", this, kFile, __LINE__,
-                   "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to "
-                   "QKBasicTimecode, Copying and Coding protocols and also implement -compare:"});
+  assertionFailed(
+      {"-[QKTimecodeFormatter privateVerifyAsBound:]", this, kFile, __LINE__,
+       "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to QKBasicTimecode, Copying and Coding protocols and also implement -compare:"});
 }
 
 std::optional<std::string> QKTimecodeFormatter::defaultNilSymbol() const {
@@ -269,13 +269,7 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(object)) {
     assertionFailed(
         {"-[QKTimecodeFormatter stringForObjectValue:]", this, kFile, 748,
-         "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't accept "
-         "negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, QKTimecodeFormatter "
-         "defaults to only handling non-negative timecodes. However, there is a common convention to "
-         "interpret negative timecodes as a sort of counting backwards. If you want this timecode formatter "
-         "to handle negative timecodes, you'll have to call -[QKTimecodeFormatter setAllowsNegative:] and "
-         "pass YES before you give it any negative timecodes (you may also set this attribute in Designer). "
-         "Once you do that, you'll no longer get this assertion.\n\n"});
+         "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't accept negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, QKTimecodeFormatter defaults to only handling non-negative timecodes. However, there is a common convention to interpret negative timecodes as a sort of counting backwards. If you want this timecode formatter to handle negative timecodes, you'll have to call -[QKTimecodeFormatter setAllowsNegative:] and pass YES before you give it any negative timecodes (you may also set this attribute in Designer). Once you do that, you'll no longer get this assertion.\n\n"});
   }
   const QKFormatDeputy* deputy = activeDeputy();
   if (!deputy) return std::nullopt;
@@ -305,9 +299,9 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
     if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0) result = bounds.lowest->copy();
     if (bounds.highest && compareValues(result.get(), bounds.highest) > 0) result = bounds.highest->copy();
   } else {
-    assertionFailed({"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
-                     "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy "
-                     "returned a non-timecode object"});
+    assertionFailed(
+        {"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
+         "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy returned a non-timecode object"});
   }
   if (object) *object = std::move(result);
   return true;
@@ -426,9 +420,9 @@ Range QKTimecodeFormatter::substringRangeForSegmentWithTag(std::int64_t tag, Obj
   const QKFormatDeputy* deputy = tag == kNoSegmentTag ? nullptr : deputyShowing(tag, object);
   if (!deputy) return {};
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(object)) {
-    assertionFailed({"-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:]", this, kFile, 1141,
-                     "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode "
-                     "in formatter that doesn't allow negative"});
+    assertionFailed(
+        {"-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:]", this, kFile, 1141,
+         "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode in formatter that doesn't allow negative"});
   }
   return deputy->substringRangeForSegmentWithTag(tag, object);
 }
@@ -476,11 +470,9 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   if (!object) object = prototype.get();
   if (!conformsTo(object, QKBasicTimecode::protocol)) {
     assertionFailed(
-        {"-[QKTimecodeFormatter "
-         "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]",
-         this, kFile, 1156,
-         "-[QKTimecodeFormatter "
-         "getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - illegal value."});
+        {"-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:]", this, kFile,
+         1156,
+         "-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - illegal value."});
   }
   if (!result) return;
   const QKFormatDeputy* deputy = deputyServing(object);

@@ -418,8 +418,8 @@ void QKVideoTimecode::setTimecodeNumberValue(const Number& number) {
 }
 
 bool QKVideoTimecode::isNegative() const {
-  if (refusesNonNumeric("ERROR: -[QKVideoTimecode isNegative] can't get numeric info from non-numeric time, "
-                        "returning NO")) {
+  if (refusesNonNumeric(
+          "ERROR: -[QKVideoTimecode isNegative] can't get numeric info from non-numeric time, returning NO")) {
     return false;
   }
   if (flags_.useSeconds) return seconds_ < 0;
@@ -504,9 +504,7 @@ void QKVideoTimecode::privateNormalizeSecondsValue() {
     hasLoggedDegenerateSeconds = true;
     std::string text = "QKVideoTimecode WARNING: Degenerate value for seconds (";
     appendScientific(text, seconds_, 6);
-    text +=
-        ") from -setTimecodNumberValue: or -initWithTimecodeNumberValue:::. Normalizing to 0. "
-        "Will only log once.";
+    text += ") from -setTimecodNumberValue: or -initWithTimecodeNumberValue:::. Normalizing to 0. Will only log once.";
     logLine(text);
   }
   seconds_ = 0;
@@ -946,8 +944,7 @@ void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minu
                                            std::int64_t frames, std::int64_t subframes, std::int64_t quarterFrames,
                                            bool isNegativeDelta) {
   constexpr std::string_view kMethod =
-      "-[QKVideoTimecode "
-      "privateAddSMPTEHours:minutes:seconds:frames:subframes:quarterFrames:isNegativeDelta:]";
+      "-[QKVideoTimecode privateAddSMPTEHours:minutes:seconds:frames:subframes:quarterFrames:isNegativeDelta:]";
   if (mode_ == QKSMPTETimecodeModeInvalid) {
     raise(kMethod, 1722, "QKVideoTimecode: Can't provide SMPTE information in mode QKSMPTETimecodeModeInvalid");
   }
@@ -1048,9 +1045,7 @@ void QKVideoTimecode::setSeconds(double seconds) {
   const std::int32_t timescale = time_.timescale;
   time_ = MediaTime::withSeconds(seconds, timescale > 0 ? timescale : 1);
   if (time_.timescale != timescale) {
-    logLine(
-        "WARNING: QKTimecode time scale changed in -setSeconds:. May cause problems down the "
-        "line.");
+    logLine("WARNING: QKTimecode time scale changed in -setSeconds:. May cause problems down the line.");
   }
 }
 
@@ -1195,9 +1190,7 @@ int QKVideoTimecode::compare(const Object& other) const {
     return 0;
   }
   if (!isNumeric() || !timecode->isNumeric()) {
-    logLine(
-        "ERROR: compare: called with non-numeric time on at least one operand, returning "
-        "OrderedSame");
+    logLine("ERROR: compare: called with non-numeric time on at least one operand, returning OrderedSame");
     return 0;
   }
   return compareQuietly(*timecode);
