@@ -61,6 +61,21 @@ TEST(Coding, TimecodesOfEveryModeAndTimeComeBack) {
   expectComesBack(made.copy(), true);
 }
 
+TEST(Coding, EveryClassMakesAndCopiesItsOwnAndArchivesWhereItSaysSo) {
+  std::vector<const ClassDescriptor*> classes = {&QKFormatDeputy::descriptor,
+                                                 &QKOneDFramesTimecodeFormatDeputy::descriptor,
+                                                 &QKTimecodeSegmentNumberFormatter::descriptor};
+  classes.insert(classes.end(), std::begin(kArchivedClasses), std::end(kArchivedClasses));
+  for (const ClassDescriptor* one : classes) {
+    const Ref<Object> made = one->make(), copy = made->copy();
+    ASSERT_TRUE(copy && copy != made) << one->name;
+    EXPECT_TRUE(&made->classDescriptor() == one && &copy->classDescriptor() == one) << one->name;
+    EXPECT_EQ(fieldsOf(copy), fieldsOf(made));
+    EXPECT_TRUE(conformsTo(made.get(), Copying::protocol)) << one->name;
+    EXPECT_EQ(conformsTo(made.get(), Coding::protocol), one->makeWithCoder != nullptr) << one->name;
+  }
+}
+
 TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
   QKTimecodeFormatter formatter;
   expectComesBack(formatter.copy(), false);
@@ -156,9 +171,11 @@ TEST(Coding, OlderAndOddLayoutsAreReadAsTheyWereMeant) {
     }
   }
   // The audio frames are left out, on purpose.
-  const ClassSet classes = QKTimecodeFormatter::keyedUnarchiverClasses();
-  EXPECT_EQ(classes.size(), 10u);
-  EXPECT_EQ(std::count(classes.begin(), classes.end(), &QKOneDAudioTimecodeFormatDeputy::descriptor), 0);
+  for (const auto& [classes, size] : {std::pair(QKTimecodeFormatter::keyedUnarchiverClasses(), 10u),
+                                      {_QKTimecodeFormatterDeputyCollection::keyedUnarchiverClasses(), 7u}}) {
+    EXPECT_EQ(classes.size(), size);
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), &QKOneDAudioTimecodeFormatDeputy::descriptor), 0);
+  }
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ class OpenVideoTimecode : public QKVideoTimecode {
 
   using Base::_compareDouble, Base::_doubleFrameTime, Base::addTimecodeNumberValue, Base::customVideoModeInfo;
   using Base::privateClampIntegerValue, Base::privateNormalizeHMSFs, Base::privateNormalizeSecondsValue;
+  using Base::privateFramesPerHour, Base::privateFramesPerMinute, Base::privateFramesPerTenMinutes;
   using Base::privateSetSMPTEHours, Base::privateTimeForSeconds, Base::privateTimeForVideoFrames;
   using Base::privateVideoFramesFractionalPart, Base::privateWholeVideoFrames, Base::setStoredTime, Base::storedTime;
 

@@ -19,6 +19,7 @@ constexpr auto kNoFilm = static_cast<QKFilmType>(12);
 struct Value : QKExtendedTimecode {
   using Base = QKExtendedTimecode;
   using Base::Base, Base::privateBarDuration, Base::privateBeatDuration, Base::privateDivisionDuration;
+  using Base::privateDivisionsPerBeat, Base::privateFramesPerFoot;
   using Base::privateGetZeroBaseBars, Base::privateTimeForBars, Base::setStoredTime, Base::storedTime;
   using Base::privateSetDefaultFilmInfo, Base::privateSetDefaultMeasureInfo, Base::privateTickDuration;
 };
@@ -76,6 +77,7 @@ TEST(QKExtendedTimecodeMaking, TakesTheBasesTimeAndItsOwnFields) {
   for (const Value& v : {at({7, 48}, 90, 6, 8, k3Perf), at({7, 48}, 90.5, 7, 8, k3Perf), at({7, 48}, 90.5, 6, 4, k3Perf), at({7, 48}, 90.5, 6, 8), later, base})
     EXPECT_FALSE(value.isEqual(v) || v.isEqual(value) || value == v) << v;
   value.privateSetDefaultFilmInfo(), value.privateSetDefaultMeasureInfo();
+  EXPECT_TRUE(value.privateFramesPerFoot() == 16 && std::hash<QKExtendedTimecode>()(value) == value.hash());
   EXPECT_TRUE(value.isEqual(at({7, 48})) && value == *copyOf<QKExtendedTimecode>(value));
   EXPECT_TRUE(protocolCast<QKMeasuredTimecode>(&value) && protocolCast<QKFeetFramesTimecode>(&value) && protocolCast<QKHMSTimecode>(&value));
 }
@@ -128,6 +130,7 @@ TEST(QKExtendedTimecodeMusic, FieldsAreReadSetAddedToAndSubtractedFrom) {
     Integer privateTicksPerWholeNote() const override { return 1440; }
   } triplets(MediaTime(31000, 48000), k25);
   EXPECT_EQ(fieldsOf(triplets), (Fields{0, 2, 1, 105}));  // 7000 units of 66 2/3
+  EXPECT_EQ(triplets.privateDivisionsPerBeat(), 3);
   EXPECT_EQ((Fields{triplets.divisionsPerBar(), triplets.ticksPerBar(), triplets.ticksPerBeat(), triplets.ticksPerDivision()}), (Fields{12, 1440, 360, 120}));
 }
 // clang-format on

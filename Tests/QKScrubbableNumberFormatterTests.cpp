@@ -61,6 +61,14 @@ TEST(QKScrubbableNumberFormatter, PartsANumberIntoSegments) {
   digits.setNilSymbol("--");
   EXPECT_EQ(segments(digits, nullptr), "--: --@0");
   EXPECT_EQ(digits.substringRangeForSegmentWithTag(0x7fffffff, nullptr), Range());
+  Number seven(7);
+  EXPECT_EQ(digits.substringRangeForSegmentWithTag(-9, &seven), (Range{0, 1})) << "below the last digit: the first";
+  bool atLeft = true, atRight = true;
+  digits.segmentWithTagHasPadding(0, &atLeft, &atRight, &seven);
+  EXPECT_FALSE(atLeft || atRight || digits.allowsSegmentEditing() || digits.formatterForSegmentTag(0, &seven));
+  EXPECT_EQ(whole.formatterForSegmentTag(0, &seven), &whole);
+  EXPECT_TRUE(whole.defaultObjectPrototype()->isEqual(Number(0.0)));
+  EXPECT_EQ(whole.defaultSelectedSegmentTagInObjectValue(&seven), 0);
 }
 
 TEST(QKScrubbableNumberFormatter, StepsDigitsBySignAndMagnitude) {
@@ -146,7 +154,9 @@ TEST(QKScrubbableNumberFormatter, ReadsWholeTextsAndSegments) {
   }
   EXPECT_TRUE(formatter.legalCharacterSet()->contains('-') && !formatter.legalCharacterSet()->contains('+'));
   formatter.setScrubbingType(kWholeNumberScrubbing);
-  EXPECT_FALSE(formatter.isPartialStringValid(".", nullptr, nullptr));
+  EXPECT_FALSE(formatter.isPartialStringValid(".", nullptr, nullptr) ||
+               formatter.isPartialStringValid("1.5", nullptr, nullptr));
+  EXPECT_TRUE(formatter.isPartialStringValid("-12", nullptr, nullptr));
   EXPECT_FALSE(formatter.legalCharacterSet());
   EXPECT_EQ(read("-12", 0, 5), "-12");
 }
@@ -166,9 +176,21 @@ TEST(QKScrubbableNumberFormatter, PostsChangesAndArchivesItself) {
   EXPECT_EQ(postsOf([&] { formatter.setMinimumIntegerDigits(2); }), 1);
   EXPECT_EQ(postsOf([&] { formatter.setScrubbingType(kSingleDigitScrubbing); }), 0);
   EXPECT_GE(postsOf([&] { formatter.setScrubbingType(kWholeNumberScrubbing); }), 1);
-  EXPECT_EQ(formatter.minimumFractionDigits(), 0);
-  EXPECT_EQ(formatter.maximumFractionDigits(), 0);
-  EXPECT_EQ(formatter.minimumIntegerDigits(), 0);
+  const auto digits = [&] {
+    return (Number(formatter.minimumIntegerDigits()).description() + ' ' +
+            Number(formatter.minimumFractionDigits()).description() + ' ' +
+            Number(formatter.maximumFractionDigits()).description());
+  };
+  EXPECT_EQ(digits(), "0 0 0");
+  formatter.setIntegerDigitsForSingleDigitScrubbingType(4), formatter.setFractionDigitsForSingleDigitScrubbingType(5);
+  formatter.setIntegerDigitsForWholeNumberScrubbingType(3);
+  EXPECT_EQ(digits(), "0 0 0") << "for the next change of type";
+  formatter.setScrubbingType(kSingleDigitScrubbing);
+  EXPECT_EQ(digits(), "4 5 5");
+  formatter.setScrubbingType(kWholeNumberScrubbing);
+  EXPECT_EQ(digits(), "3 0 0");
+  EXPECT_EQ(postsOf([&] { formatter.setMaximumIntegerDigits(9); }), 0);
+  EXPECT_EQ(postsOf([&] { formatter.setMaximumIntegerDigits(2); }), 1) << "the minimum goes down with it";
 
   formatter.setMaximum(std::uint64_t{18446744073709551615u});
   formatter.setLocale({";", "'", "\u2212"});
@@ -185,7 +207,7 @@ TEST(QKScrubbableNumberFormatter, PostsChangesAndArchivesItself) {
     EXPECT_EQ(read->locale(), formatter.locale());
     Number number(-12345.5), zero(0);
     EXPECT_EQ(read->stringForObjectValue(&number), "\u221212'345;500");
-    EXPECT_EQ(read->stringForObjectValue(&zero), "0;000");
+    EXPECT_EQ(read->stringForObjectValue(&zero), "00;000");
   }
 }
 

@@ -53,12 +53,19 @@ TEST(QKTimecodeFormatterProperties, ChangesPostAndCopiesHaveAllButTheCurrentTime
   f.setSMPTEDisplaysSubframes(false), f.setSMPTEDisplaysQuarterFrames(true), posted("pp");
   EXPECT_TRUE(f.SMPTEDisplaysFrameDivision());
   f.setSMPTEDisplaysFrameDivision(false), posted("p");
+  const auto settings = [&] {
+    return joined({f.HMSSecondsDecimalPlaces(), int{f.HMSHas24HourRollover()}, f.ODTSecondsDecimalPlaces(),
+                   f.MSeparator(), f.MBeatsDecimalPlaces(), int{f.MDisplaysDivisionsAndTicks()},
+                   int{f.MIsDivisionsFieldDropped()}, f.FFSeparator(), int{f.FFDisplaysQuarterFrames()}});
+  };
+  EXPECT_EQ(settings(), "3 0 6 1 3 1 0 1 0");
   f.setHMSSecondsDecimalPlaces(3), f.setHMSHas24HourRollover(false), f.setODTSecondsDecimalPlaces(6), posted("");
   f.setHMSSecondsDecimalPlaces(-2), f.setHMSHas24HourRollover(true), f.setODTSecondsDecimalPlaces(1), posted("ppp");
   f.setMSeparator(1), f.setMBeatsDecimalPlaces(3), f.setMDisplaysDivisionsAndTicks(true), posted("");
   f.setMIsDivisionsFieldDropped(false), f.setFFSeparator(1), f.setFFDisplaysQuarterFrames(false), posted("");
-  f.setMSeparator(2), f.setMBeatsDecimalPlaces(2), f.setMDisplaysDivisionsAndTicks(false), posted("ppp");
+  f.setMSeparator(0), f.setMBeatsDecimalPlaces(2), f.setMDisplaysDivisionsAndTicks(false), posted("ppp");
   f.setMIsDivisionsFieldDropped(true), f.setFFSeparator(2), f.setFFDisplaysQuarterFrames(true), posted("ppp");
+  EXPECT_EQ(settings(), "0 1 1 0 2 0 1 2 1");
   EXPECT_TRUE(reports.isQuiet()) << reports;
 
   f.setAllowsNegative(true), f.setMinimum(minusOne.get());

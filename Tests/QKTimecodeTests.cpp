@@ -254,7 +254,8 @@ TEST(QKTimecodeComparing, AsksRateAndPhaseToo) {
   const QKVideoTimecode video(MediaTime(0, 1), k25);
   EXPECT_FALSE(value.isEqual(video));
   EXPECT_TRUE(video.isEqual(value));  // which asks for no more than it has
-  EXPECT_TRUE(value.compare(otherRate) == 0 && value.hash() == otherRate.hash());
+  EXPECT_TRUE(value.compare(otherRate) == 0 && value.hash() == otherRate.hash() &&
+              std::hash<QKTimecode>()(value) == value.hash());
   EXPECT_EQ(value.description(), value.QKVideoTimecode::description() +
                                      "\naudio frame rate: 48000 audio frames per second\n"
                                      "SMPTE 272M sequence phase frame: 3");
