@@ -1,14 +1,14 @@
 // What keys do to the field and what the screen then shows, without a terminal: bytes as one sends them go in, the lines
-// of a window come out.
+// of a window come out. Rows stand in Tests/Data/field.txt.
 
+#include "../../../Tests/TextTable.h"
 #include "../FieldFile.h"
 #include "../Options.h"
 #include "../TerminalForm.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <random>
 #include <type_traits>
@@ -16,23 +16,45 @@
 namespace field {
 namespace {
 
-const std::string kUp = "\x1b[A", kDown = "\x1b[B", kRight = "\x1b[C", kLeft = "\x1b[D", kHome = "\x1b[H",
-                  kEnd = "\x1b[F", kDelete = "\x1b[3~", kPageUp = "\x1b[5~", kPageDown = "\x1bOb", kBackTab = "\x1b[Z",
-                  kEscape = "\x1b", kEraseLine = "\x15";
+using quill::Cells, quill::eachRowIn;
+
+// What a terminal sends for "1<up><page down>": a key by its name, any byte in hex.
+std::string bytesOf(std::string_view keys) {
+  static const std::map<std::string_view, std::string_view> sent = {
+      {"up", "\x1b[A"},       {"down", "\x1b[B"},      {"right", "\x1b[C"},   {"left", "\x1b[D"},
+      {"home", "\x1b[H"},     {"end", "\x1b[F"},       {"delete", "\x1b[3~"}, {"back tab", "\x1b[Z"},
+      {"page up", "\x1b[5~"}, {"page down", "\x1bOb"}, {"escape", "\x1b"},    {"erase line", "\x15"},
+      {"enter", "\r"},        {"tab", "\t"},           {"backspace", "\b"}};
+  std::string bytes;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    if (keys[i] != '<') {
+      bytes += keys[i];
+      continue;
+    }
+    const std::string name(keys.substr(i + 1, keys.find('>', i) - i - 1));
+    const auto key = sent.find(name);
+    key != sent.end() ? bytes += key->second : bytes += static_cast<char>(std::stoi(name, nullptr, 16));
+    i += name.size() + 1;
+  }
+  return bytes;
+}
+
+std::vector<std::string_view> argumentsIn(std::string_view text) {  // parted by spaces
+  std::vector<std::string_view> arguments;
+  while (!text.empty()) {
+    arguments.push_back(text.substr(0, text.find(' ')));
+    text.remove_prefix(std::min(text.size(), arguments.back().size() + 1));
+  }
+  return arguments;
+}
 
 // A field as the command line would make it.
 template <class Model>
 struct FieldOf {
-  // The arguments stand in one text, parted by spaces.
-  explicit FieldOf(std::string_view text) {
-    std::vector<std::string_view> arguments;
-    while (!text.empty()) {
-      arguments.push_back(text.substr(0, text.find(' ')));
-      text.remove_prefix(std::min(text.size(), arguments.back().size() + 1));
-    }
+  explicit FieldOf(std::string_view arguments) {
     Options options;
     std::string error;
-    EXPECT_TRUE(parseOptions(arguments, &options, &error)) << error;
+    EXPECT_TRUE(parseOptions(argumentsIn(arguments), &options, &error)) << error;
     if constexpr (std::is_same_v<Model, FieldModel>) {
       EXPECT_TRUE(!options.load || loadField(*options.load, model.get(), &error)) << error;
     }
@@ -40,7 +62,8 @@ struct FieldOf {
   }
 
   // False when a key quit.
-  bool send(std::string bytes) {
+  bool send(std::string_view keys) {
+    std::string bytes = bytesOf(keys);
     while (const auto key = takeKey(&bytes, true)) {
       if (!handleKey(*model, state, *key)) return false;
     }
@@ -52,7 +75,8 @@ struct FieldOf {
     std::string all;
     for (const auto& line : screenLines(*model, state, {78, 3})) {
       const std::size_t start = line.text.find_first_not_of(' ', all.empty() ? 11 : 0);
-      if (start != std::string::npos) all += (all.empty() ? "" : " | ") + line.text.substr(start);
+      if (start != std::string::npos)
+        all += (all.empty() ? "" : " | ") + line.text.substr(start, line.text.find_last_not_of(' ') + 1 - start);
     }
     return all;
   }
@@ -62,244 +86,62 @@ struct FieldOf {
 };
 using Field = FieldOf<FieldModel>;
 
+// The cells from one on, as they stand in the row.
+std::string restOf(const Cells& row, std::size_t first) {
+  std::string rest = row.at(first);
+  while (++first < row.size()) rest += " | " + row[first];
+  return rest;
+}
+
 TEST(TimecodeFieldKeys, AreTakenApart) {
-  const auto character = [](char c) { return Key{Key::Character, c}; };
-  const struct {
-    const char* label;
-    std::string bytes;
-    bool isAll;
-    std::vector<Key> keys;
-    std::string rest;
-  } rows[] = {
-      {"characters", "1:q", false, {character('1'), character(':'), character('q')}, ""},
-      {"controls",
-       "\r\n\t\b\x7f\x03\x04\x15",
-       false,
-       {{Key::Enter},
-        {Key::Enter},
-        {Key::Tab},
-        {Key::Backspace},
-        {Key::Backspace},
-        {Key::Quit},
-        {Key::Quit},
-        {Key::EraseLine}},
-       ""},
-      {"both kinds of arrows",
-       "\x1b[A\x1bOB\x1b[C\x1bOD",
-       false,
-       {{Key::Up}, {Key::Down}, {Key::Right}, {Key::Left}},
-       ""},
-      {"ten",
-       "\x1b[5~\x1b[6~\x1b[1;2A\x1b[1;2B",
-       false,
-       {{Key::PageUp}, {Key::PageDown}, {Key::PageUp}, {Key::PageDown}},
-       ""},
-      {"an escape may begin more", "\x1b", false, {}, "\x1b"},
-      {"an escape alone", "\x1b", true, {{Key::Escape}}, ""},
-      {"an escape and a key",
-       "\x1b"
-       "5",
-       false,
-       {{Key::Escape}, character('5')},
-       ""},
-      {"two escapes", "\x1b\x1b", true, {{Key::Escape}, {Key::Escape}}, ""},
-      {"a sequence cut", "1\x1b[1;", false, {character('1')}, "\x1b[1;"},
-      {"a sequence that never ends", "\x1b[1;", true, {{Key::Other}}, ""},
-      {"a sequence broken off", "\x1b[1\x1b[A", false, {{Key::Other}, {Key::Up}}, ""},
-      {"an unknown sequence", "\x1b[200~1", false, {{Key::Other}, character('1')}, ""},
-      {"beyond ASCII",
-       "\xc3\xa9\xe2\x80\x94"
-       "1",
-       false,
-       {{Key::Other}, {Key::Other}, character('1')},
-       ""},
-      {"beyond ASCII, cut", "\xe2\x80", false, {}, "\xe2\x80"},
-      {"no UTF-8", "\xff\x80", true, {{Key::Other}, {Key::Other}}, ""},
-      {"a NUL",
-       std::string("\0"
-                   "1",
-                   2),
-       false,
-       {{Key::Other}, character('1')},
-       ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
-    std::string bytes = row.bytes;
-    std::vector<Key> keys;
-    while (const auto key = takeKey(&bytes, row.isAll)) keys.push_back(*key);
-    EXPECT_EQ(keys, row.keys);
-    EXPECT_EQ(bytes, row.rest);
-  }
+  constexpr const char* kNames[] = {"",      "Enter",     "Escape", "Tab",       "BackTab",  "Left",
+                                    "Right", "Up",        "Down",   "PageUp",    "PageDown", "Home",
+                                    "End",   "Backspace", "Delete", "EraseLine", "Quit",     "Other"};
+  eachRowIn("field.txt", "keys", [&](const Cells& row) {
+    std::string bytes = bytesOf(row.at(0)), keys;
+    while (const auto key = takeKey(&bytes, row.at(3) == "all"))
+      keys += key->code == Key::Character ? std::string(1, key->character) : '<' + std::string(kNames[key->code]) + '>';
+    EXPECT_EQ(keys, row.at(1));
+    EXPECT_EQ(bytes, bytesOf(row.at(2)));
+  });
 }
 
 TEST(TimecodeFieldForm, DoesWhatKeysSay) {
-  const struct {
-    const char* label;
-    std::string arguments;
-    std::string bytes;
-    std::string expected;  // the field, the line below it and the message
-  } rows[] = {
-      {"at first", "", "", "00:00:00;00 | ^^ frames"},
-      // Selecting
-      {"left and right stop", "", kLeft + kLeft + kLeft + kLeft + kRight, "00:00:00;00 | ^^ minutes"},
-      {"the next format", "--value=1:02:03:04", "\t", "01:02:03.119 | ^^ seconds"},
-      {"round and back", "--value=1:02:03:04", kBackTab + kBackTab, "1861  3  1 229 | ^^ beats"},
-      {"first and last", "--subframes", kHome + "01" + kEnd + "02", "01:00:00;00.02 | ^^ subframes"},
-      {"a segment goes", "--subframes", kEnd + "s", "00:00:00;00 | ^^ frames"},
-      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd, "00:00:00;000/0 | ^ quarter frames"},
-      {"three frame digits", "--mode=119.88df --quarter-frames", kEnd + kLeft + kLeft, "00:00:00;000/0 | ^^ seconds"},
-      // Stepping
-      {"steps", "--value=59:29", kUp + kLeft + kUp + kPageUp + kDown, "00:01:10;02 | ^^ seconds"},
-      {"ten", "", kPageUp + kPageUp + kPageDown, "00:00:00;10 | ^^ frames"},
-      {"stops at bounds", "--min=5 --max=20", kPageUp + kPageUp + kPageUp, "00:00:00;20 | ^^ frames"},
-      {"not below zero", "", kLeft + kDown, "00:00:00;00 | ^^ seconds"},
-      {"below zero", "--negatives --value=10", kHome + kRight + kDown, "-00:01:00;10 | ^^ minutes"},
-      {"to zero", "--value=1:02:03:04", kHome + kDelete, "00:02:03;04 | ^^ hours"},
-      // Typing into a segment
-      {"a digit waits", "", kLeft + "5", "00:00:5_;00 | ^^ seconds"},
-      {"a full segment is set", "", kLeft + "59", "00:00:59;00 | ^^ seconds"},
-      {"so is one that is left", "", kLeft + "5" + kRight, "00:00:05;00 | ^^ frames"},
-      {"entered", "", kLeft + "5\r", "00:00:05;00 | ^^ seconds"},
-      {"stepped", "", kLeft + "5" + kUp, "00:00:06;00 | ^^ seconds"},
-      {"given up", "", kLeft + "5" + kEscape, "00:00:00;00 | ^^ seconds"},
-      {"given up when set", "--value=7", "12" + kEscape, "00:00:00;07 | ^^ frames"},
-      {"erased", "--value=7", "12\b", "00:00:00;1_ | ^^ frames"},
-      {"erased whole", "--value=7", "1\b", "00:00:00;07 | ^^ frames"},
-      {"a sign", "--negatives --value=1:0:0:0", kHome + "-5" + kRight, "-05:00:00;00 | ^^ minutes"},
-      {"a sign alone stays", "--negatives", kHome + "-" + kRight, "-_:00:00;00 | ^^ hours | error: Not a number."},
-      {"a command takes what was typed", "", kLeft + "5m", "00:00:05:00 | ^^ seconds"},
-      {"bounds hold", "--max=20", "25", "00:00:00;20 | ^^ frames"},
-      // Whole entries
-      {"digits beyond the segment", "--value=7", "123", "00:00:00;07 | entry: 123 "},
-      {"taken", "", "1234\r", "00:00:13;04 | ^^ frames"},
-      {"a separator", "", kHome + "1:2:3:4\r", "01:02:03;04 | ^^ hours"},
-      {"an amount", "--value=59:29", "+1\r", "00:01:00;02 | ^^ frames"},
-      {"down", "--value=1:00", "-15\r", "00:00:00;15 | ^^ frames"},
-      {"opened", "--value=1:00", "\r-15\r", "00:00:00;15 | ^^ frames"},
-      {"nothing in it", "--value=1:00", "\r \r", "00:00:01;00 | ^^ frames"},
-      {"given up", "--value=1:00", "+15" + kEscape, "00:00:01;00 | ^^ frames"},
-      {"letters are text in it", "", "\rq", "00:00:00;00 | entry: q  | error: Illegal character."},
-      {"fails and stays", "", "\rabc\r", "00:00:00;00 | entry: abc  | error: Illegal characters."},
-      {"stray characters behind a number", "", "\r12x\r", "00:00:00;00 | entry: 12x  | error: Illegal character."},
-      {"two signs", "", "++", "00:00:00;00 | entry: ++  | error: Excess + or -'s"},
-      {"edited", "", "+13" + kLeft + "2" + kHome + kDelete + kEnd + "\b4\r", "00:00:01;24 | ^^ frames"},
-      {"erased whole", "", "+13" + kEraseLine + "25\r", "00:00:00;25 | ^^ frames"},
-      {"out of range", "--value=7", "+99999999999999999999\r",
-       "00:00:00;07 | entry: +99999999999999999999  | error: Out of range."},
-      {"preserving", "--value=1:2:3:4", "5:6\r", "01:02:05;06 | ^^ frames"},
-      {"discarding", "--value=1:2:3:4", "i5:6\r", "00:00:05;06 | ^^ frames"},
-      // Formats
-      {"hours of time", "--format=hms", "1:02:03.5\r" + kLeft + kUp, "01:03:03.500 | ^^ minutes"},
-      {"frames by thousands", "--format=frames --value=1234567", kLeft + kUp, "1235567 | ^^^ thousands"},
-      {"a number that shrinks", "--format=samples --value=1500", kLeft + kDown + kDown, "0 | thousands"},
-      {"decimals", "--format=seconds --value=1.25", kEnd + "DDd" + kUp, "1.25001 | ^^ decimals"},
-      {"an entry is left", "--format=seconds", "1.5\t" + kBackTab, "1.500000 | ^ seconds"},
-      {"one that fails is not", "", "\rabc\t", "00:00:00;00 | entry: abc  | error: Illegal characters."},
-      {"audio rate", "--mode=25 --format=samples --value=48000", "a44100\r", "44100 | ^^^ samples"},
-      {"an entry of bars", "--format=bars", "3.2.1.120\r" + kUp + kEnd + kPageDown, "3  3  1 110 | ^^^ ticks"},
-      {"no bars below zero", "--format=bars --negatives --value=0.1", kDown + kDown,
-       "error: Bars and beats count from zero up. | beats"},
-      {"but anew", "--format=bars --negatives --value=0.1", kDown + kDown + "2",
-       "error: Bars and beats count from zero up. | entry: 2 "},
-      {"an entry of feet", "--format=feet", "12+05\r6\t" + kBackTab + kLeft + kUp, "0013+06 | ^^^^ feet"},
-      {"feet of unequal length", "--format=feet --film=35mm_3perf --value=2+21", "0+05\r", "0000+05 | ^^ frames"},
-      {"bars of no whole ticks", "--format=bars --mode=25 --tempo=132.7", "4.1.1.1\r", "4  1  1   1 | ^^ beats"},
-      {"too far for 64 bits of ticks", "--format=feet", "\r999999999.5\r",
-       "0000+00 | entry: 999999999.5  | error: Too many digits."},
-      {"a sign alone", "--format=bars", "+\r", "0  1  1   0 | entry: +  | error: That is no entry."},
-      {"film", "--format=feet --value=100+00",
-       "gG"
-       "G",
-       "0040+00 | ^^ frames"},
-      {"tempo", "--format=bars --value=8.1", "t60\rT3/4\r", "10  3  1   0 | ^^ beats"},
-      {"half a signature", "", "T6\r",
-       "00:00:00;00 | signature: 6  | error: A signature is two numbers from 1 to 1000, such as 6/8."},
-      {"none", "", "a0\r",
-       "00:00:00;00 | audio rate: 0  | error: An audio rate is a whole number of samples a second, up to 10000000."},
-      {"no samples below zero", "--negatives --value=-1", "\t\t\t" + kLeft + kUp,
-       "error: No SMPTE 272M audio frames conversion of negative time value | samples | error: No SMPTE 272M audio "
-       "frames conversion of negative time value"},
-      {"but anew", "--negatives --value=-1", "\t\t\t512\r", "512 | ^^^ samples"},
-      // Settings
-      {"no file", "", "w", "00:00:00;00 | ^^ frames | no file to save in: start with --save FILE"},
-      {"the label stays", "--value=1:2:3:4 --mode=25", "mmm", "01:02:03;04 | ^^ frames"},
-      {"one of subframes and quarter frames", "", "sf", "00:00:00;00/0 | ^^ frames"},
-      {"negatives stay", "--negatives --value=-1", "n",
-       "-00:00:00;01 | ^^ frames | error: The value is negative: negatives stay on."},
-      {"no key", "", "x", "00:00:00;00 | ^^ frames | no such key: x"},
-      {"beyond ASCII", "", "\xc3\xa9", "00:00:00;00 | ^^ frames"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
-    Field field(row.arguments);
-    EXPECT_TRUE(field.send(row.bytes));
-    EXPECT_EQ(field.text(), row.expected);
-  }
+  eachRowIn("field.txt", "timecode field", [](const Cells& row) {
+    Field field(row.at(1));
+    EXPECT_TRUE(field.send(row.at(2)));
+    EXPECT_EQ(field.text(), restOf(row, 3));
+  });
 }
 
 TEST(TimecodeFieldForm, ScrubsNumbers) {
-  const struct {
-    std::string arguments;
-    std::string bytes;
-    std::string expected;  // the number with its segment in brackets, the line below it and the message
-  } rows[] = {
-      {"digits", "", "[0].000000 | ^ units"},
-      {"digits --decimals=2 --value=95.5", kLeft + kUp, "1[0]5.50 | ^ tens"},
-      {"digits --decimals=2 --value=3.25", kDown + kDown + kDown + kDown, "[-0].25 | ^^ units"},
-      {"digits --decimals=1 --value=105.5", kHome + kDown + kDown, "[_]_-5.5 | ^ hundreds"},
-      {"digits --decimals=1 --value=105.5", kHome + kDown + "5",
-       "[_]_5.5 | ^ hundreds | error: segment with tag 2 doesn't exist"},
-      {"digits --decimals=1 --value=105.5", kHome + kDown + kUp + kEnd + kPageUp, "106.[5] | ^ tenths"},
-      {"digits --decimals=1 --value=105.5", kHome + kDown + kRight + kUp, "[6].5 | ^ units"},
-      {"digits --decimals=0 --value=123", kLeft + "5", "1[0]8 | ^ tens"},
-      {"digits --decimals=0 --value=10 --max=10", "9", "1[0] | ^ units | error: Out of range."},
-      {"digits --decimals=3 --value=1.234", kEnd + "D", "1.2[3] | ^ hundredths"},
-      {"digits --decimals=0", "\r9223372036854775806\r" + kHome + kUp, "[9]223372036854775806 | ^ 10^18"},
-      {"digits --decimals=1 --value=7", "-1x\r", "[7].0 | entry: -1x  | error: Not a number."},
-      {"whole", kUp + kPageUp + kLeft, "[11] | ^^ number"},
-      {"whole --decimals=1 --max=12", kPageUp + kUp + kRight + kRight, "[11.2] | ^^^^ number"},
-      {"whole --value=5", "12\r" + kUp + "\t" + kUp, "1[4].000000 | ^ units"},
-      {"whole --value=5", "[" + kDown + kUp + "]" + kUp + kDelete, "[5] | ^ number"},
-      {"whole", "m", "[0] | ^ number | no such key: m"},
-  };
-  for (const auto& row : rows) {
-    FieldOf<NumberModel> field("--number " + row.arguments);
-    EXPECT_TRUE(field.send(row.bytes));
+  eachRowIn("field.txt", "number field", [](const Cells& row) {
+    FieldOf<NumberModel> field("--number " + row.at(0));
+    EXPECT_TRUE(field.send(row.at(1)));
     const FieldText shown = field.model->shown();
     std::string text = shown.text;
     text.insert(shown.selected.location + shown.selected.length, 1, ']').insert(shown.selected.location, 1, '[');
-    EXPECT_EQ(text + field.text().substr(shown.text.size()), row.expected) << row.arguments;
-    EXPECT_FALSE(field.send(kEscape + kEscape + "q"));
-  }
+    EXPECT_EQ(text + field.text().substr(shown.text.size()), restOf(row, 2));
+    EXPECT_FALSE(field.send("<escape><escape>q"));
+  });
 }
 
 TEST(TimecodeFieldForm, MarksTheSelectedSegment) {
-  const struct {
-    std::string arguments;
+  eachRowIn("field.txt", "segments", [](const Cells& row) {
+    Field field(row.at(0));
+    field.send("<home>");
     std::string segments;
-  } rows[] = {
-      {"--value=1:02:03:04", "[01] [02] [03] [04] "},
-      {"--subframes --value=1:02:03:04.05", "[01] [02] [03] [04] [05] "},
-      {"--mode=120 --quarter-frames --value=1:02:03:104/3", "[01] [02] [03] [104] [3] "},
-      {"--negatives --value=-1:02:03:04", "[-01] [02] [03] [04] "},
-      {"--negatives --mode=120 --subframes --value=-1:02:03:104.05", "[-01] [02] [03] [104] [05] "},
-  };
-  for (const auto& row : rows) {
-    Field field(row.arguments);
-    field.send(kHome);
-    std::string segments;
-    for (int i = 0; i < std::ranges::count(row.segments, '['); ++i) {
+    for (std::size_t i = 0; i < quill::partsOf(row.at(1), " ").size(); ++i) {
       const FieldText shown = field.model->shown();
-      segments += '[' + std::string(quill::substring(shown.text, shown.selected)) + "] ";
-      field.send(kRight);
+      segments += (i == 0 ? "[" : " [") + std::string(quill::substring(shown.text, shown.selected)) + ']';
+      field.send("<right>");
     }
-    EXPECT_EQ(segments, row.segments);
-  }
+    EXPECT_EQ(segments, row[1]);
+  });
 }
 
 TEST(TimecodeFieldForm, EndsWithAKey) {
-  for (const std::string bytes : {"q", "\x03", "\x04", "5q", "\r\x04"}) {
+  for (const std::string bytes : {"q", "<03>", "<04>", "5q", "<enter><04>"}) {
     EXPECT_FALSE(Field("").send(bytes)) << bytes;
   }
 }
@@ -346,7 +188,7 @@ TEST(TimecodeFieldForm, ShowsWhatMattersInASmallWindow) {
 TEST(TimecodeFieldForm, ShowsTheCursorOfALongEntry) {
   Field field("");
   field.send("+" + std::string(300, '7') + "8");
-  for (const auto* keys : {"", "\x1b[D", "\x1b[H"}) {
+  for (const auto* keys : {"", "<left>", "<home>"}) {
     field.send(keys);
     const auto lines = screenLines(*field.model, field.state, {40, 3});
     const auto& [text, marked, isBold] = lines[1];
@@ -354,7 +196,7 @@ TEST(TimecodeFieldForm, ShowsTheCursorOfALongEntry) {
     EXPECT_EQ(marked.length, 1u);
     ASSERT_LT(marked.location, text.size());
     EXPECT_EQ(text[static_cast<std::size_t>(marked.location)], *keys == '\0'    ? ' '
-                                                               : keys[2] == 'D' ? '8'
+                                                               : keys[1] == 'l' ? '8'
                                                                                 : '+')
         << text;
   }
@@ -378,19 +220,7 @@ TEST(TimecodeFieldModel, GoesThroughAllModes) {
 }
 
 TEST(TimecodeFieldModel, SaysItsRange) {
-  const struct {
-    std::string arguments;
-    std::string range;
-  } rows[] = {
-      {"", "from 00:00:00;00 up"},
-      {"--negatives", "no limits"},
-      {"--negatives --max=1:00", "up to 00:00:01;00"},
-      {"--max=30:00:00:00", "from 00:00:00;00 to 30:00:00;00"},
-      {"--rollover=off", "from 00:00:00;00 to 99:59:59;29"},
-      {"--rollover=off --negatives --mode=25 --subframes", "from -99:59:59:24.79 to 99:59:59:24.79"},
-      {"--rollover=off --negatives --min=-5 --value=1:00", "from -00:00:00;05 to 99:59:59;29"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(Field(row.arguments).model->range(), row.range);
+  eachRowIn("field.txt", "ranges", [](const Cells& row) { EXPECT_EQ(Field(row.at(0)).model->range(), row.at(1)); });
 }
 
 TEST(TimecodeFieldModel, KeepsWhatFails) {
@@ -446,7 +276,7 @@ TEST(TimecodeFieldFile, MayBeDamaged) {
       damaged[i] = static_cast<char>(damaged[i] ^ change);
       try {
         restoreField(damaged, field.model.get());
-        EXPECT_TRUE(field.send(kUp + "\t" + kUp + kHome + "1\tmD" + kDown + "[s"));
+        EXPECT_TRUE(field.send("<up><tab><up><home>1<tab>mD<down>[s"));
         EXPECT_FALSE(screenLines(*field.model, field.state, {80, 24}).empty());
         field.model = std::move(Field("--value=5").model);
       } catch (const std::exception&) {
@@ -459,47 +289,15 @@ TEST(TimecodeFieldFile, MayBeDamaged) {
 }
 
 TEST(TimecodeFieldOptions, SayWhatIsWrong) {
-  const struct {
-    std::vector<std::string_view> arguments;
-    std::string error;
-  } rows[] = {
-      {{"--mode", "custom"}, "--mode \"custom\": The modes are 23.976 duration, "},
-      {{"--mode"}, "--mode needs a value"},
-      {{"--mode="}, "--mode \"\": The modes are "},
-      {{"--format=film"}, "--format \"film\": The formats are smpte, hms, "},
-      {{"--audio-rate=0"}, "--audio-rate \"0\": An audio rate is a whole number"},
-      {{"--film=8mm"}, "--film \"8mm\": The films are 16mm, 35mm_4perf, "},
-      {{"--tempo=0.5"}, "--tempo \"0.5\": A tempo is a number of beats a minute, from 1 to 10000."},
-      {{"--tempo=120bpm"}, "--tempo \"120bpm\": A tempo is"},
-      {{"--signature=4/0"}, "--signature \"4/0\": A signature is"},
-      {{"--decimals=10"}, "--decimals \"10\": Decimal places are from 0 to 9."},
-      {{"--interpretation", "both"}, "--interpretation \"both\": It is preserving or discarding."},
-      {{"--rollover=yes"}, "--rollover \"yes\": It is on or off."},
-      {{"--strict=1"}, "--strict takes no value"},
-      {{"--subframes", "--quarter-frames"}, "--subframes and --quarter-frames exclude each other"},
-      {{"--fast"}, "there is no option \"--fast\""},
-      {{"1234"}, "\"1234\" is no option; entries are read from standard input"},
-      {{"--value=abc"}, "--value \"abc\": Illegal characters."},
-      {{"--value", "-1:00"}, "--value \"-1:00\": Negatives are off."},
-      {{"--min", "-1:00"}, "--min \"-1:00\": Negatives are off."},
-      {{"--min=1:00", "--max=10"}, "--max \"10\": The maximum is below the minimum."},
-      {{"--max=999999999999:0:0:0"}, "--max \"999999999999:0:0:0\": Out of range."},
-      {{"--number=all"}, "--number \"all\": A number is scrubbed by digits or whole."},
-      {{"--number=whole", "--value=1.5"}, "--value \"1.5\": No such number can be typed here."},
-      {{"--number=whole", "--mode=25"}, "--mode is not for numbers"},
-      {{"--number=whole", "--save=x"}, "--load and --save are not for numbers"},
-      {{"--value=\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94:\xe2\x80\x94"}, "--value"},
-  };
-  for (const auto& row : rows) {
+  eachRowIn("field.txt", "wrong options", [](const Cells& row) {
     Options options;
     std::string error;
     FieldModel model;
     NumberModel number;
-    EXPECT_FALSE(parseOptions(row.arguments, &options, &error) &&
-                 (options.isNumber() ? prepareField(options, &number, &error) : prepareField(options, &model, &error)))
-        << row.error;
-    EXPECT_EQ(error.substr(0, row.error.size()), row.error);
-  }
+    EXPECT_FALSE(parseOptions(argumentsIn(row.at(0)), &options, &error) &&
+                 (options.isNumber() ? prepareField(options, &number, &error) : prepareField(options, &model, &error)));
+    EXPECT_EQ(error.substr(0, row.at(1).size()), row[1]);
+  });
 }
 
 }  // namespace
