@@ -10,7 +10,7 @@ INSTALL := @./cmake/install-packages.sh
 BUILD := build/gcc-release
 # More for the configuration, such as -DQUILL_WARNINGS_AS_ERRORS=ON.
 CONFIGURE_FLAGS ?=
-# More for the benchmarks, such as --benchmark_filter=Rendering.
+# More for the benchmarks, such as --benchmark_filter=render, or --benchmark_min_time=0.001 to be quick.
 BENCH_FLAGS ?=
 # Where "make install" puts the library (below DESTDIR, when that is set), and whether as a shared one.
 PREFIX ?= /usr/local
@@ -23,7 +23,7 @@ SOURCES = $(shell find Framework Platform Tests Examples Benchmarks Fuzz Vectors
 help:
 	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
 	@echo "make test          builds the library, the tests and the examples, and runs all tests"
-	@echo "make bench         builds and runs the benchmarks"
+	@echo "make bench         runs the benchmarks of Docs/performance.md and prints their table"
 	@echo "make vectors       writes the test vectors of Docs/vectors.md into Vectors/, and long ones into build/vectors"
 	@echo "make install       installs the library below PREFIX (/usr/local) and DESTDIR; SHARED=1 for a shared one"
 	@echo "make coverage      runs the tests and says which lines of the library they reach"
@@ -49,7 +49,7 @@ test:
 	ctest --preset gcc-release
 
 bench:
-	$(INSTALL) $(PACKAGES) libbenchmark-dev
+	$(INSTALL) $(PACKAGES) libbenchmark-dev pkgconf libavutil-dev libgstreamer-plugins-base1.0-dev
 	cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
 	cmake --build --preset gcc-release --target QuillBenchmarks
 	$(BUILD)/Benchmarks/QuillBenchmarks $(BENCH_FLAGS)
