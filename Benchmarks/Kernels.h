@@ -8,33 +8,31 @@
 
 namespace kernel {
 
-// SMPTE: hours, minutes, seconds, frames, subframes (80 a frame).
-using Fields = std::array<std::uint32_t, 5>;
+// Ticks of 1/2400000 second.
+inline constexpr std::uint64_t kTicksPerFrame = 80080, kTicksPerSubframe = 1001;
 
 // A frame number as the eleven characters of "HH:MM:SS;FF", and back.
 void renderLabel(std::uint32_t frame, char* buffer);
 std::uint32_t parseLabel(const char* text);
 
-// A count of subframes as fields, and back. The label exists.
+// A count of subframes, 80 a frame, as hours, minutes, seconds, frames and subframes; the ticks of fields that exist.
+using Fields = std::array<std::uint32_t, 5>;
 Fields fieldsOf(std::uint32_t subframes);
-std::uint32_t subframesOf(const Fields& fields);
+std::uint64_t ticksOfFields(const Fields& fields);
 
-// The first sample of a frame in the sequence 1602, 1601, 1602, 1601, 1602, and the frame that holds a sample, with the
-// sample's offset in it.
+// The first sample of a frame in the sequence 1602, 1601, 1602, 1601, 1602; the ticks of a sample in it.
 std::uint64_t firstSampleOf(std::uint32_t frame);
-struct SamplePlace {
-  std::uint32_t frame, offset;
-};
-SamplePlace frameOf(std::uint64_t sample);
+std::uint64_t ticksOfSample(std::uint64_t sample);
 
-// Feet, frames, quarter frames of a count of subframes, and the frame at so many feet and frames.
-std::array<std::uint32_t, 3> footageOf(std::uint32_t subframes);
-std::uint32_t frameAt(std::uint32_t feet, std::uint32_t frames);
+// Feet, frames, quarter frames of a count of subframes; the ticks of feet and frames.
+using Footage = std::array<std::uint32_t, 3>;
+Footage footageOf(std::uint32_t subframes);
+std::uint64_t ticksOfFootage(const Footage& footage);
 
-// Bars from 0, beats and divisions from 1, ticks from 0; 960 ticks a beat, 1250 time units a tick.
+// Bars from 0, beats and divisions from 1, 1/960 beats from 0; and the ticks of it.
 using Position = std::array<std::uint32_t, 4>;
-Position positionOf(std::uint64_t timeUnits);
-std::uint64_t timeUnitsOf(const Position& position);
+Position positionOf(std::uint64_t ticks);
+std::uint64_t ticksOfPosition(const Position& position);
 
 // value * to / from, halves away from zero; the narrow one for a product within 64 bits.
 std::int64_t rescaleNarrow(std::int64_t value, std::int32_t from, std::int32_t to);

@@ -1,78 +1,64 @@
-// How an operation is measured: `measure(row, who, make)` runs what `make()` gives, a function of the number of an input,
-// over all inputs, keeps each result from the optimiser and counts what it takes from the heap. A row's measurements do
-// the same job by different means: their answers are compared too, outside of the measured time.
+// How an operation is measured: `measure(row, who, over(at, operation))` runs the operation on 4096 inputs that `at` makes
+// of their numbers, keeps each result from the optimiser and counts what is taken from the heap. The measurements of a
+// row do one job by different means: their answers are compared, outside of the measured time.
 #pragma once
 
 #include "../Framework/QKVideoTimecode.h"
+#include "Kernels.h"
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace bench {
 
-// Of this thread, by operator new, freed again or not; and the size of the latest.
+// Of this thread, by operator new, released again or not; and the size of the latest.
 extern thread_local std::size_t allocations, latestAllocation;
 
-enum class Who { Library, Floor, Libavutil, GStreamer, OneThread, TwoThreads };
-inline constexpr std::string_view kNames[] = {"library", "floor", "libavutil", "gstreamer", "1-thread", "2-threads"};
+enum Who : std::uint8_t { kLibrary, kFloor, kLibavutil, kGStreamer, kOneThread, kTwoThreads };
+inline constexpr const char* kWhoNames[] = {"library", "floor", "libavutil", "gstreamer", "1 thread", "2 threads"};
 
-inline std::string benchmarkName(std::string_view row, Who who) {
-  return std::string(row) + '/' + std::string(kNames[static_cast<std::size_t>(who)]);
-}
+inline std::string measurementName(std::string_view row, Who who) { return std::string(row) + '/' + kWhoNames[who]; }
 
-// ---- Inputs: 29.97 drop-frame, spread over 20 hours ----
+// Rows that several places name.
+inline constexpr std::string_view kAllocation = "allocate and release a value", kRender = "render a label",
+                                  kAddAndRender = "add a frame, render", kParse = "parse a label",
+                                  kStep = "step a segment", kReadFields = "read five SMPTE fields",
+                                  kNarrow = "rescale, 64-bit product", kWide = "rescale, wide product";
+
+// ---- Inputs: spread over 20 hours of 29.97 drop-frame ----
 
 inline constexpr std::size_t kInputs = 4096;
 inline constexpr std::int32_t kTickRate = 2400000;
-inline constexpr std::int64_t kTicksPerSubframe = 1001, kTicksPerFrame = 80080;
 
-inline std::uint32_t frameOfInput(std::size_t i) { return static_cast<std::uint32_t>(i * 2654435761U % 2157840); }
-inline std::uint32_t subframesOfInput(std::size_t i) {
-  return frameOfInput(i) * 80 + static_cast<std::uint32_t>(i * 40503U % 80);
+inline std::uint32_t frameAt(std::size_t i) { return static_cast<std::uint32_t>(i * 2654435761U % 2157840); }
+inline std::uint32_t subframesAt(std::size_t i) {
+  return frameAt(i) * 80 + static_cast<std::uint32_t>(i * 40503U % 80);
+}
+inline std::string labelAt(std::size_t i) {
+  std::string text(11, ' ');
+  kernel::renderLabel(frameAt(i), text.data());
+  return text;
 }
 
-// A vector of what `at` gives for each input.
-template <class At>
-auto inputs(At at, std::size_t count = kInputs) {
-  std::vector<decltype(at(std::size_t{}))> all;
-  all.reserve(count);
-  for (std::size_t i = 0; i < count; ++i) all.push_back(at(i));
-  return all;
-}
-
-template <class Value>
-Value valueAt(std::int64_t ticks) {
-  return Value(quill::MediaTime(ticks, kTickRate), quill::QKSMPTETimecodeMode_2997Drop);
-}
-template <class Value = quill::QKVideoTimecode>
-Value frameValue(std::size_t i) {
-  return valueAt<Value>(frameOfInput(i) * kTicksPerFrame);
-}
-template <class Value = quill::QKVideoTimecode>
-Value subframeValue(std::size_t i) {
-  return valueAt<Value>(subframesOfInput(i) * kTicksPerSubframe);
-}
-
-std::vector<std::string> labels();
-
-// ---- What an operation answers, to compare ----
+// ---- Answers ----
 
 inline std::uint64_t answerOf(std::uint64_t number) { return number; }
 inline std::uint64_t answerOf(std::string_view text) { return std::hash<std::string_view>()(text); }
 inline std::uint64_t answerOf(const std::string& text) { return answerOf(std::string_view(text)); }
-inline std::uint64_t answerOf(const std::optional<std::string>& text) { return answerOf(std::string_view(*text)); }
-// A value stands for its ticks, a value just made for its frame.
+inline std::uint64_t answerOf(const std::optional<std::string>& text) { return answerOf(*text); }
+// A value that exists stands for its ticks, one just made for its frame.
 inline std::uint64_t answerOf(const quill::QKVideoTimecode* value) {
   return static_cast<std::uint64_t>(value->timeValue().value);
 }
 inline std::uint64_t answerOf(const quill::Ref<quill::Object>& value) {
-  return answerOf(static_cast<const quill::QKVideoTimecode*>(value.get())) / std::uint64_t{kTicksPerFrame};
+  return answerOf(static_cast<const quill::QKVideoTimecode*>(value.get())) / kernel::kTicksPerFrame;
 }
 template <class Field, std::size_t count>
 std::uint64_t answerOf(const std::array<Field, count>& fields) {
@@ -83,58 +69,61 @@ std::uint64_t answerOf(const std::array<Field, count>& fields) {
 
 // ---- Measuring ----
 
-// In the order of their first measurement.
-std::vector<std::string>& rowNames();
+// Makes the inputs anew for each run: an operation may change them.
+template <class At, class Operation>
+auto over(At at, Operation operation, std::size_t count = kInputs) {
+  return [=] {
+    std::vector<decltype(at(0))> inputs;
+    inputs.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) inputs.push_back(at(i));
+    return [inputs = std::move(inputs), operation](std::size_t i) mutable { return operation(inputs[i]); };
+  };
+}
 
-// One run of the benchmark goes `operations` times through `make()`.
+// In the order of the table.
+std::vector<std::string>& rowNames();
+void addRow(std::string_view row);
+
 template <class Make>
-benchmark::internal::Benchmark* measure(std::string_view row, Who who, Make make, std::size_t operations = kInputs) {
-  if (std::find(rowNames().begin(), rowNames().end(), row) == rowNames().end()) rowNames().emplace_back(row);
-  return benchmark::RegisterBenchmark(benchmarkName(row, who).c_str(), [make, operations](benchmark::State& state) {
+benchmark::internal::Benchmark* measure(std::string_view row, Who who, Make make, std::size_t count = kInputs) {
+  addRow(row);
+  return benchmark::RegisterBenchmark(measurementName(row, who).c_str(), [=](benchmark::State& state) {
     auto operation = make();
     std::uint64_t answer = 0;
     // What is made on first use is made here.
-    for (std::size_t i = 0; i < operations; ++i) answer = answer * 31 + answerOf(operation(i));
+    for (std::size_t i = 0; i < count; ++i) answer = answer * 31 + answerOf(operation(i));
     std::size_t taken = 0;
     for (auto _ : state) {
       const std::size_t before = allocations;
-      for (std::size_t i = 0; i < operations; ++i) {
+      for (std::size_t i = 0; i < count; ++i) {
         auto result = operation(i);
         benchmark::DoNotOptimize(result);
       }
       taken += allocations - before;
     }
-    const auto all = static_cast<double>(operations) * static_cast<double>(state.iterations());
-    const auto count = [&](const char* name, double number) {
+    const auto operations = static_cast<double>(count);
+    const auto report = [&](const char* name, double number) {
       state.counters[name] = benchmark::Counter(number, benchmark::Counter::kAvgThreads);
     };
-    count("operations", static_cast<double>(operations));
-    count("allocations", static_cast<double>(taken) / all);
-    count("answer", static_cast<double>(answer >> 32));
+    report("operations", operations);
+    report("allocations", static_cast<double>(taken) / operations / static_cast<double>(state.iterations()));
+    report("answer", static_cast<double>(answer >> 32));
   });
 }
-
-// Rows that several files measure.
-inline constexpr std::string_view kAllocation = "allocate and release a value", kRender = "render a label",
-                                  kAddAndRender = "add a frame, render", kParse = "parse a label";
 
 // `rescale(value, from, to)` of counts from 0 up, with products within 64 bits or beyond.
 template <class Rescale>
-void measureRescaling(Who who, bool isWide, Rescale rescale) {
-  const std::int32_t from = isWide ? 999999937 : kTickRate, to = isWide ? 2147483629 : 44100;
-  const std::int64_t unit = isWide ? 10000019 : kTicksPerFrame;
-  measure(isWide ? "rescale, wide product" : "rescale, 64-bit product", who, [=] {
-    return [=, values = inputs([&](std::size_t i) { return frameOfInput(i) * unit; })](std::size_t i) {
-      return static_cast<std::uint64_t>(rescale(values[i], from, to));
-    };
-  });
+void measureRescaling(Who who, Rescale narrow, Rescale wide) {
+  const auto at = [](std::int64_t unit) { return [=](std::size_t i) { return frameAt(i) * unit; }; };
+  const auto by = [](Rescale rescale, std::int32_t from, std::int32_t to) {
+    return [=](std::int64_t value) { return static_cast<std::uint64_t>(rescale(value, from, to)); };
+  };
+  measure(kNarrow, who, over(at(80080), by(narrow, kTickRate, 44100)));
+  measure(kWide, who, over(at(10000019), by(wide, 999999937, 2147483629)));
 }
 
 // What each file measures.
-void measureValues();
-void measureText();
-void measureArchives();
-void measureLibavutil();
-void measureGStreamer();
+void measureLibraryAndFloor();
+void measurePeers();
 
 }  // namespace bench
