@@ -1,5 +1,6 @@
-// A rescale is value x new / old, at most 63 + 31 bits before the division. Most fit 64 bits; the rest go through a
-// 128-bit product. Magnitudes are divided, so that rounding half away from zero is one rule for both signs.
+// A rescale is value x new / old. Most products fit 64 bits; where one does not, the whole units of the old timescale go
+// ahead, and what is left of them does. Magnitudes are divided, so that rounding half away from zero is one rule for both
+// signs.
 
 #include "MediaTime.h"
 
@@ -8,6 +9,7 @@
 #include "detail/WideMath.h"
 
 #include <algorithm>
+#include <bit>
 #include <numeric>
 #include <utility>
 
@@ -15,7 +17,6 @@ namespace quill::inline v0 {
 
 namespace {
 
-using detail::divideWide;
 using detail::multiplyWide;
 using detail::UInt128;
 
@@ -86,18 +87,16 @@ MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
   const std::uint64_t divisor = magnitudeOf(timescale);          // [1, 2^31]
   const auto factor = static_cast<std::uint64_t>(newTimescale);  // [1, 2^31)
 
-  std::uint64_t quotient = 0, remainder = 0;
-  if (magnitude <= kUInt64Highest / 0x7FFFFFFF) {  // the product fits 64 bits
-    const std::uint64_t product = magnitude * factor;
-    quotient = product / divisor;
-    remainder = product % divisor;
-  } else {
-    const UInt128 product = multiplyWide(magnitude, factor);
-    if (product.high >= divisor) return infinity(negative);
-    const auto wide = divideWide(product, divisor);
-    quotient = wide.quotient;
-    remainder = wide.remainder;
+  std::uint64_t quotient = 0, rest = magnitude;  // rest x factor / divisor is still to come
+  if (std::bit_width(magnitude) + std::bit_width(factor) > 64) {
+    const UInt128 product = multiplyWide(magnitude / divisor, factor);
+    if (product.high != 0) return infinity(negative);
+    quotient = product.low;
+    rest = magnitude % divisor;  // the product below is under 2^62
   }
+  const std::uint64_t product = rest * factor, more = product / divisor, remainder = product % divisor;
+  if (quotient > kUInt64Highest - more) return infinity(negative);
+  quotient += more;
   if (remainder >= divisor - remainder) {
     if (quotient == kUInt64Highest) return infinity(negative);
     ++quotient;

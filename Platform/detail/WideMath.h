@@ -1,4 +1,4 @@
-// 128-bit products and quotients, with the compiler's own type where it has one.
+// 128-bit products, with the compiler's own type where it has one.
 #pragma once
 
 #include <cstdint>
@@ -36,30 +36,6 @@ constexpr UInt128 multiplyWide(std::uint64_t a, std::uint64_t b) {
   const std::uint64_t highLow = aHigh * bLow + (lowLow >> 32);  // cannot wrap
   const std::uint64_t lowHigh = aLow * bHigh + (highLow & kLowHalf);
   return {aHigh * bHigh + (highLow >> 32) + (lowHigh >> 32), (lowHigh << 32) | (lowLow & kLowHalf)};
-#endif
-}
-
-struct WideQuotient {
-  std::uint64_t quotient = 0;
-  std::uint64_t remainder = 0;
-};
-
-// n / d. Requires n.high < d, so that the quotient fits.
-constexpr WideQuotient divideWide(UInt128 n, std::uint64_t d) {
-#if QUILL_HAS_INT128
-  const NativeUInt128 whole = (static_cast<NativeUInt128>(n.high) << 64) | n.low;
-  return {static_cast<std::uint64_t>(whole / d), static_cast<std::uint64_t>(whole % d)};
-#else
-  std::uint64_t quotient = 0, remainder = n.high;
-  for (int bit = 63; bit >= 0; --bit) {
-    const bool carry = (remainder >> 63) != 0;
-    remainder = (remainder << 1) | ((n.low >> bit) & 1);
-    if (carry || remainder >= d) {
-      remainder -= d;  // modulo 2^64, right with the carry
-      quotient |= std::uint64_t{1} << bit;
-    }
-  }
-  return {quotient, remainder};
 #endif
 }
 
