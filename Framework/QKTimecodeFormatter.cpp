@@ -13,6 +13,8 @@
 #include "detail/ParseText.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace quill::inline v0 {
 
@@ -28,20 +30,32 @@ int compareValues(Object* a, const Ref<Object>& b) {
   return timecode ? timecode->compare(*b) : 0;
 }
 
-// Ticks per second, at least 1; 0 for a value that has no ticks or no numeric time.
-std::int32_t timescaleOf(const Object* object) {
-  const auto* timecode = classCast<QKVideoTimecode>(object);
-  const bool hasTicks = timecode && !timecode->useSeconds() && timecode->isNumeric();
-  return hasTicks ? std::max(timecode->timeValue().timescale, 1) : 0;
+bool hasFiniteTime(const QKVideoTimecode& timecode) {
+  return timecode.useSeconds() ? std::isfinite(timecode.seconds()) : timecode.isNumeric();
 }
 
-// Brings a result whose ticks have run over back to the furthest time that they count, at the timescale of the value that
-// it came from; without one it had no time to run over.
+// Ticks per second, at least 1, also for a value in the seconds mode; 0 for one that has no finite time.
+std::int32_t timescaleOf(const Object* object) {
+  const auto* timecode = classCast<QKVideoTimecode>(object);
+  return timecode && hasFiniteTime(*timecode) ? std::max(timecode->timeValue().timescale, 1) : 0;
+}
+
+// Brings a result that has run over back to the furthest time that it can hold, at the timescale of the value that it
+// came from; without one it had no time to run over.
 void holdInRange(Object* result, std::int32_t timescale) {
+  constexpr double kFurthestSeconds = std::numeric_limits<double>::max();
   auto* timecode = classCast<QKVideoTimecode>(result);
-  if (timescale == 0 || !timecode || timecode->isNumeric()) return;
+  if (timescale == 0 || !timecode || hasFiniteTime(*timecode)) return;
+  if (timecode->useSeconds())
+    return timecode->setSeconds(timecode->seconds() < 0 ? -kFurthestSeconds : kFurthestSeconds);
   const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
   timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale));
+}
+
+// Whether the sign of an object would be shown: asking it of a time that is no number is reported.
+bool isKnownNegative(Object* object) {
+  const auto* timecode = classCast<QKVideoTimecode>(object);
+  return (!timecode || timecode->isNumeric()) && detail::isNegative<QKBasicTimecode>(object);
 }
 
 Ref<Object> copyOrNull(const Ref<Object>& object) { return object ? object->copy() : nullptr; }
@@ -279,11 +293,13 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
 bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   const QKFormatDeputy* deputy = activeDeputy();
   if (nilSymbol_ || deputy) {
-    if (string == (nilSymbol_ ? *nilSymbol_ : deputy->defaultNilSymbol())) {
+    const std::string symbol = nilSymbol_ ? *nilSymbol_ : deputy->defaultNilSymbol();
+    if (string == symbol) {
       if (object) object->reset();
       return true;
     }
-    if (!currentTimecode_) currentTimecode_ = defaultObjectPrototype();
+    const auto* text = classCast<TextObject>(currentTimecode_.get());
+    if (!currentTimecode_ || (text && text->text() == symbol)) currentTimecode_ = defaultObjectPrototype();
   }
   if (!deputy) return detail::fail(error, "No deputy for current format.");
   if (!conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol) ||
@@ -474,24 +490,25 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
          1156,
          "-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - illegal value."});
   }
-  if (!result) return;
   const QKFormatDeputy* deputy = deputyServing(object);
   if (!deputy) {
-    *result = std::make_shared<Number>(0);
+    if (result) *result = std::make_shared<Number>(0);
     return;
   }
   Ref<Object> stepped;
   deputy->getObjectValueIncrementingSegmentWithTag(&stepped, tag, increment, object);
   if (!stepped) return;
-  holdInRange(stepped.get(), timescaleOf(object));
+  const std::int32_t timescale = timescaleOf(object);
+  holdInRange(stepped.get(), timescale);
   imposeSegmentBounds(&stepped, tag, object);
+  holdInRange(stepped.get(), timescale);  // ticks may not hold a bound
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(stepped.get())) {
     const Ref<Object> copy = object->copy();
     stepped = nullptr;
     deputy->getObjectValueZeroingSegmentWithTag(&stepped, tag, copy.get());
     if (!stepped) stepped = object->copy();
   }
-  *result = std::move(stepped);
+  if (result) *result = std::move(stepped);
 }
 
 bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result, std::string_view string,
@@ -507,15 +524,16 @@ bool QKTimecodeFormatter::getObjectValueForSegmentWithTag(Ref<Object>* result, s
     if (shared && !leadingFormatter(*shared, tag)->getObjectValue(nullptr, string, error)) return false;
   }
   const std::int32_t timescale = timescaleOf(object);
-  const bool mayBeNegative = allowsNegative_ || detail::isNegative<QKBasicTimecode>(object);
+  const bool mayBeNegative = allowsNegative_ || isKnownNegative(object);
   Ref<Object> typed;
   if (!deputy->getObjectValueForSegmentWithTag(&typed, string, tag, object, error)) return false;
-  // A number beyond 64 bits of ticks leaves neither an infinity nor a sign that could not be shown.
+  // A number out of range leaves neither an infinity nor a sign that could not be shown.
   for (Object* changed : {object, typed.get()}) {
     holdInRange(changed, timescale);
-    if (!mayBeNegative) clearNegative(changed);
+    if (!mayBeNegative && isKnownNegative(changed)) clearNegative(changed);
   }
   imposeSegmentBounds(&typed, tag, object);
+  holdInRange(typed.get(), timescale);  // ticks may not hold a bound
   if (result) *result = std::move(typed);
   return true;
 }

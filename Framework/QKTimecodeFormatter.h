@@ -184,6 +184,8 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   bool allowsSegmentEditing() const;
 
   // ---- Stepping and typing ----
+  //
+  // A result that runs out of range, or is to reach a bound that does, is the furthest time that its value can hold.
 
   // A copy of the value (the prototype, for null) moved by whole steps of one segment, stopped at the last whole step
   // within the bounds, zeroed in that segment where it is negative and may not be. A segment that is not shown steps

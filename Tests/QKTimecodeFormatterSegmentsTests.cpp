@@ -126,5 +126,34 @@ TEST(QKTimecodeFormatterSegments, StepAndTakeTextOfAValueThatTheDeputyServes) {
   EXPECT_TRUE(reports.isQuiet()) << reports;
 }
 
+TEST(QKTimecodeFormatterSegments, AResultThatRunsOutOfRangeIsHeldAtItsEnd) {
+  QKTimecodeFormatter formatter;
+  formatter.setTimecodeFormat(QKTimecodeFormatSeconds);
+  formatter.setAllowsNegative(true);
+  QKVideoTimecode far(1e18, QKTimecodeUseSeconds, k24), value({24, 24}, k24), lost = value;
+  Ref<Object> result;
+  const auto ticks = [&] { return classCast<QKVideoTimecode>(result.get())->timeValue(); };
+  formatter.setMinimum(&far);  // which ticks do not hold
+  formatter.getObjectValueIncrementingSegmentWithTag(&result, 0, 1, &value);
+  EXPECT_EQ(ticks(), MediaTime(kHighest, 24));
+  EXPECT_TRUE(formatter.getObjectValueForSegmentWithTag(&result, "5", 0, &value, nullptr));
+  EXPECT_EQ(ticks(), MediaTime(kHighest, 24));
+  formatter.setMinimum(nullptr);
+  formatter.setCurrentTimecode(far.copy());
+  for (const char* entry : {"1e999", "+1e999", "-1e999"}) {
+    EXPECT_TRUE(formatter.getObjectValue(&result, entry, nullptr));
+    EXPECT_EQ(classCast<QKVideoTimecode>(result.get())->seconds(),
+              (entry[0] == '-' ? -1 : 1) * std::numeric_limits<double>::max());
+  }
+
+  ReportRecorder reports;
+  lost.setSeconds(1e300);
+  reports.clear();
+  formatter.setTimecodeFormat(QKTimecodeFormatSMPTE);
+  formatter.setAllowsNegative(false);
+  EXPECT_TRUE(formatter.getObjectValueForSegmentWithTag(&result, "5", 3, &lost, nullptr));
+  EXPECT_EQ(reports.logs.size(), 3u) << "the deputy's own" << reports;
+}
+
 }  // namespace
 }  // namespace quill

@@ -67,6 +67,8 @@ TEST(QKTimecodeFormatterWholeStrings, ParsingStartsFromTheCurrentTimecodeAndLeav
   const ReportRecorder reports;
   const std::pair<Ref<Object>, const char*> rows[] = {
       {std::make_shared<Number>(1), "[Object does not conform to protocol]"},
+      {std::make_shared<TextObject>("x"), "[Object does not conform to protocol]"},
+      {std::make_shared<TextObject>(formatter.defaultNilSymbol().value()), "0:00:05:06"},  // the prototype's
       {std::make_shared<HostTimecode>(*current, nullptr), "[Object does not conform to protocol]"},
       {std::make_shared<HostTimecode>(*current), "1:02:05:06"},
       {std::make_shared<HostTimecode>(*current, &QKBasicTimecode::legacyProtocol), "1:02:05:06"}};
