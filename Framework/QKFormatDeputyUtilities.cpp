@@ -5,6 +5,7 @@
 #include "detail/ParseText.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace quill::inline v0 {
 
@@ -137,9 +138,11 @@ bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fiel
 
 double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart, std::int64_t fractionalPart,
                                                      std::int64_t fractionalDigits) {
-  const std::int64_t fraction = std::max<std::int64_t>(fractionalPart, 0);
-  return static_cast<double>(integerPart) +
-         static_cast<double>(fraction) * detail::powerOfTen(-detail::placesInRange(fractionalDigits));
+  if (fractionalPart <= 0) return static_cast<double>(integerPart);  // also where the power is infinite
+  const bool isExact = fractionalDigits >= -22 && fractionalDigits <= 22;
+  const double power =
+      isExact ? detail::powerOfTen(-fractionalDigits) : std::pow(10.0, -static_cast<double>(fractionalDigits));
+  return static_cast<double>(integerPart) + static_cast<double>(fractionalPart) * power;
 }
 
 inline namespace QKFormatDeputyStringUtilities {

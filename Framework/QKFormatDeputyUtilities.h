@@ -35,7 +35,8 @@ QUILL_EXPORT const std::string& MDivisionsPlaceHolder();
 QUILL_EXPORT bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields, std::int64_t capacity,
                                                   std::int64_t* count, const CharacterSet& separators);
 
-// integerPart + fractionalPart / 10^fractionalDigits; a negative fraction counts as 0. Digits are cut to [0, 18].
+// integerPart + fractionalPart / 10^fractionalDigits; a negative fraction counts as 0. Digits below 0 multiply: 2, 3 and
+// -1 give 32.
 QUILL_EXPORT double privateDoubleFromIntegerPartAndFractionalPart(std::int64_t integerPart, std::int64_t fractionalPart,
                                                                   std::int64_t fractionalDigits);
 

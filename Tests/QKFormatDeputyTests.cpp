@@ -238,10 +238,13 @@ TEST(DeputyStrings, AreReadAndChangedAtTheirHead) {
                   expected);
         EXPECT_EQ(stringWithLocalizedDecimalSeparatorForDot(text), text);
       });
-  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(-1, 25, 2), -0.75);
-  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(7, -5, 1), 7);
-  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(2, 3, -1), 5);
-  EXPECT_EQ(privateDoubleFromIntegerPartAndFractionalPart(0, 1, kHighest), 1e-18);
+  const struct {
+    std::int64_t whole, fraction, digits;
+    double number;
+  } rows[] = {{-1, 25, 2, -0.75}, {7, -5, 1, 7},       {2, 3, -1, 32},     {0, 1, 22, 1e-22},         {0, 3, 30, 3e-30},
+              {0, 1, -25, 1e25},  {1, 1, kHighest, 1}, {5, 0, kLowest, 5}, {0, 1, kLowest, kInfinity}};
+  for (const auto& [whole, fraction, digits, number] : rows)
+    EXPECT_DOUBLE_EQ(privateDoubleFromIntegerPartAndFractionalPart(whole, fraction, digits), number) << digits;
 }
 
 }  // namespace
