@@ -191,11 +191,13 @@ NumberFormatter* QKFFTimecodeFormatDeputy::formatterForSegmentTag(std::int64_t t
 void QKFFTimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<Object>* result, std::int64_t tag,
                                                                         std::int64_t increment, Object* object) const {
   auto* old = protocolCast<QKFeetFramesTimecode>(object);
-  if (!result || !old) return;
+  if (!old) return;
+  const bool isKnown = tag >= kFeet && tag < kTagCount;
+  if (!isKnown) reportUnknownTag(437);
+  if (!result) return;
   *result = object->copy();
   auto* value = protocolCast<QKFeetFramesTimecode>(result->get());
-  if (!value) return;
-  if (tag < kFeet || tag >= kTagCount) return reportUnknownTag(437);
+  if (!value || !isKnown) return;
 
   std::int64_t amounts[kTagCount] = {};
   amounts[tag] = detail::stepCount(increment);

@@ -349,21 +349,23 @@ void QKMeasuredTimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Re
   if (displaysDivisionsAndTicks_) {
     const bool isLacking = tag == kDivisions && isDivisionsFieldDropped_;
     if (isLacking) lightAssertionFailed("![self isDivisionsFieldDropped]", kFile, 548);
-    if (tag < kBars || tag > kTicks) lightAssertionFailed("NO", kFile, 555);
     const std::int64_t beats = tag == kBeats ? steps : 0, ticks = tag == kTicks ? steps : 0;
     const std::int64_t divisions = tag == kDivisions && !isLacking ? steps : 0;
-    if (increment > 0) {
+    if (tag < kBars || tag > kTicks) {
+      lightAssertionFailed("NO", kFile, 555);
+    } else if (increment > 0) {
       value->addBars(bars, beats, divisions, ticks);
     } else {
       value->subtractBars(bars, beats, divisions, ticks);
     }
   } else {
-    if (tag != kBars && tag != kBeats && tag != kFraction) lightAssertionFailed("NO", kFile, 578);
     const double exactSteps = static_cast<double>(steps);
     const double beats = tag == kBeats      ? exactSteps
                          : tag == kFraction ? exactSteps / detail::powerOfTen(usedPlaces())
                                             : 0;
-    if (increment > 0) {
+    if (tag != kBars && tag != kBeats && tag != kFraction) {
+      lightAssertionFailed("NO", kFile, 578);
+    } else if (increment > 0) {
       value->addBars(bars, beats);
     } else {
       value->subtractBars(bars, beats);

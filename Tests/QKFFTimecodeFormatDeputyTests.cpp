@@ -109,6 +109,7 @@ TEST(QKFFTimecodeFormatDeputyReports, NameWhatIsUnknown) {
       {"NO", 392, [&] { EXPECT_EQ(field(plus).paddings(3, 3), "11"); }},
       {"NO", 410, [&] { EXPECT_EQ(plus.substringRangeForSegmentWithTag(-1, film.get()), Range()); }},
       {"NO", 437, [&] { EXPECT_EQ(field(plusQuarters).stepped(*film, 3, -99), "0012+05/2"); }},
+      {"NO", 437, [&] { plus.getObjectValueIncrementingSegmentWithTag(nullptr, 3, 1, film.get()); }},
       {"NO", 490, [&] { EXPECT_EQ(field(formatsAll).typed(*film, 3, "9"), "0012+05/2"); }},
       {"NO", 514, [&] { EXPECT_EQ(field(plus).typed(*film, 3, "9"), "[Segment with tag 3 not visible]"); }},
       {"[self displaysQuarterFrames]", 141, [&] { plus.privateNumberStringWithNormalizedSeparatorCount("1+2"); }},

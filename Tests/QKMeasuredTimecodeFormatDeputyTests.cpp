@@ -164,8 +164,14 @@ TEST(QKMeasuredTimecodeFormatDeputyReports, PrintOneLineAndGoOn) {
     const std::string place = ",  file: QKMeasuredTimecodeFormatDeputy, line: " + std::to_string(line);
     EXPECT_EQ(reports.lights, std::vector{"MyAssertMessage: " + condition + place + ", value: 0\n"});
   }
-  const ReportRecorder reports;  // an entry is read whole before the value is changed, which so many bars overflow
-  fieldOf(three).entered(*value, "9223372036854775807 4 5");
+  ReportRecorder reports;
+  static_cast<QKVideoTimecode&>(*value).setSeconds(1e300);
+  reports.clear();
+  full.getObjectValueIncrementingSegmentWithTag(nullptr, kFraction, 1, value.get());
+  three.getObjectValueIncrementingSegmentWithTag(nullptr, kTicks, 1, value.get());
+  EXPECT_TRUE(reports.lights.size() == 2 && reports.logs.empty()) << "nothing is added to no time" << reports;
+  reports.clear();  // an entry is read whole before the value is changed, which so many bars overflow
+  fieldOf(three).entered(*atBeat<48000>(5), "9223372036854775807 4 5");
   EXPECT_TRUE(reports.lights.size() > 1 && reports.lights[0].find("line: 305") != std::string::npos) << reports;
 }
 
