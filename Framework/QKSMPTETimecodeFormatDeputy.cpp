@@ -34,11 +34,7 @@ class EntryWriter {
  public:
   explicit EntryWriter(Object* object)
       : value_(protocolCast<QKSMPTETimecode>(object)), timecode_(detail::ownTimecode(object)) {
-    if (timecode_ && timecode_->canSetSMPTEFieldsAtOnce()) {
-      now_ = timecode_->privatePosition();
-    } else {
-      timecode_ = nullptr;
-    }
+    if (timecode_ && !timecode_->canSetSMPTEFieldsAtOnce(&now_)) timecode_ = nullptr;
   }
 
   // Null for an object without SMPTE fields.

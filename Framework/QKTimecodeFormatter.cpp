@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <typeinfo>
 
 namespace quill::inline v0 {
 
@@ -50,6 +51,21 @@ void holdInRange(Object* result, std::int32_t timescale) {
     return timecode->setSeconds(timecode->seconds() < 0 ? -kFurthestSeconds : kFurthestSeconds);
   const bool isNegative = (timecode->timeValue().flags & kMediaTimeNegativeInfinity) != 0;
   timecode->setTimeValue(MediaTime(isNegative ? -kInt64Highest : kInt64Highest, timescale));
+}
+
+void holdInRange(Object* result, const Object* cameFrom) {
+  const auto* timecode = classCast<QKVideoTimecode>(result);
+  if (timecode && !hasFiniteTime(*timecode)) holdInRange(result, timescaleOf(cameFrom));
+}
+
+// Whether a deputy's class is one of this library's own, which no one has derived from and changed.
+bool isOwnDeputy(const QKFormatDeputy& deputy) {
+  static constexpr const std::type_info* kOwn[] = {
+      &typeid(QKSMPTETimecodeFormatDeputy),     &typeid(QKHMSTimecodeFormatDeputy),
+      &typeid(QKOneDVideoTimecodeFormatDeputy), &typeid(QKOneDAudioTimecodeFormatDeputy),
+      &typeid(QKOneDTimeTimecodeFormatDeputy),  &typeid(QKMeasuredTimecodeFormatDeputy),
+      &typeid(QKFFTimecodeFormatDeputy)};
+  return std::find(std::begin(kOwn), std::end(kOwn), &typeid(deputy)) != std::end(kOwn);
 }
 
 // Whether the sign of an object would be shown: asking it of a time that is no number is reported.
@@ -290,16 +306,29 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
   return deputy->stringForObjectValue(object, *this);
 }
 
+// Asked only where there is a symbol.
+bool QKTimecodeFormatter::isNilSymbol(std::string_view text) const {
+  if (nilSymbol_) return text == *nilSymbol_;
+  const QKFormatDeputy& deputy = *activeDeputy();
+  // Those of this library's own deputies begin with a dash.
+  if (!text.starts_with(formatDeputyEmDash().front()) && isOwnDeputy(deputy)) return false;
+  return text == deputy.defaultNilSymbol();
+}
+
+// Whether the current timecode is, of all things, the symbol.
+bool QKTimecodeFormatter::isNilSymbol(const Object* object) const {
+  const auto* text = classCast<TextObject>(object);
+  return text && isNilSymbol(text->text());
+}
+
 bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   const QKFormatDeputy* deputy = activeDeputy();
   if (nilSymbol_ || deputy) {
-    const std::string symbol = nilSymbol_ ? *nilSymbol_ : deputy->defaultNilSymbol();
-    if (string == symbol) {
+    if (isNilSymbol(string)) {
       if (object) object->reset();
       return true;
     }
-    const auto* text = classCast<TextObject>(currentTimecode_.get());
-    if (!currentTimecode_ || (text && text->text() == symbol)) currentTimecode_ = defaultObjectPrototype();
+    if (!currentTimecode_ || isNilSymbol(currentTimecode_.get())) currentTimecode_ = defaultObjectPrototype();
   }
   if (!deputy) return detail::fail(error, "No deputy for current format.");
   if (!conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol) ||
@@ -308,19 +337,35 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
   }
   Ref<Object> result;
   if (!deputy->getObjectValue(&result, string, *this, error)) return false;
-  holdInRange(result.get(), timescaleOf(currentTimecode_.get()));
-  if (conformsTo(result.get(), QKBasicTimecode::protocol)) {
-    if (!allowsNegative_) clearNegative(result.get());
-    const Bounds bounds = effectiveBounds(result.get());
-    if (bounds.lowest && compareValues(result.get(), bounds.lowest) < 0) result = bounds.lowest->copy();
-    if (bounds.highest && compareValues(result.get(), bounds.highest) > 0) result = bounds.highest->copy();
+  if (mayBeOutside(result.get())) imposeBounds(&result);
+  if (object) *object = std::move(result);
+  return true;
+}
+
+// Whether a result may have run out of range, be negative without leave, or lie beyond a bound: false for a value of this
+// library's own in ticks that is plainly neither.
+bool QKTimecodeFormatter::mayBeOutside(Object* result) const {
+  const auto* timecode = detail::ownTimecode(result);
+  if (minimumTimecode_ || maximumTimecode_ || !timecode || timecode->useSeconds()) return true;
+  const MediaTime& time = timecode->storedTime();
+  if (!time.isNumeric() || time.timescale <= 0 || time.value < 0) return true;
+  if (SMPTEHas24HourRollover()) return false;
+  // Well below the 100 hours that labels end at.
+  return !timecodeModeRow(timecode->timecodeMode()) || time.value >= std::int64_t{99} * 3600 * time.timescale;
+}
+
+void QKTimecodeFormatter::imposeBounds(Ref<Object>* result) const {
+  holdInRange(result->get(), currentTimecode_.get());
+  if (conformsTo(result->get(), QKBasicTimecode::protocol)) {
+    if (!allowsNegative_) clearNegative(result->get());
+    const Bounds bounds = effectiveBounds(result->get());
+    if (bounds.lowest && compareValues(result->get(), bounds.lowest) < 0) *result = bounds.lowest->copy();
+    if (bounds.highest && compareValues(result->get(), bounds.highest) > 0) *result = bounds.highest->copy();
   } else {
     assertionFailed(
         {"-[QKTimecodeFormatter getObjectValue:forString:errorDescription:]", this, kFile, 783,
          "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy returned a non-timecode object"});
   }
-  if (object) *object = std::move(result);
-  return true;
 }
 
 // The highest value that SMPTE fields show: 99:59:59 and the last frame with its last fraction shown. Null outside the
@@ -498,10 +543,13 @@ void QKTimecodeFormatter::getObjectValueIncrementingSegmentWithTag(Ref<Object>* 
   Ref<Object> stepped;
   deputy->getObjectValueIncrementingSegmentWithTag(&stepped, tag, increment, object);
   if (!stepped) return;
-  const std::int32_t timescale = timescaleOf(object);
-  holdInRange(stepped.get(), timescale);
+  if (!mayBeOutside(stepped.get())) {
+    if (result) *result = std::move(stepped);
+    return;
+  }
+  holdInRange(stepped.get(), object);
   imposeSegmentBounds(&stepped, tag, object);
-  holdInRange(stepped.get(), timescale);  // ticks may not hold a bound
+  holdInRange(stepped.get(), object);  // ticks may not hold a bound
   if (!allowsNegative_ && detail::isNegative<QKBasicTimecode>(stepped.get())) {
     const Ref<Object> copy = object->copy();
     stepped = nullptr;

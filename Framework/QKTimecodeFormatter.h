@@ -262,6 +262,8 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   QKFormatDeputy* deputyServing(Object* object) const;
   // The active deputy where it can serve the object and shows the segment, else null.
   QKFormatDeputy* deputyShowing(std::int64_t tag, Object* object) const;
+  bool isNilSymbol(std::string_view text) const;
+  bool isNilSymbol(const Object* object) const;
   std::uint64_t nilSymbolLength() const;
   void setBound(Ref<Object>* bound, const Ref<Object>& otherBound, int clampedSide, Object* object);
   bool clearNegativeBounds();
@@ -269,6 +271,8 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   Ref<Object> SMPTECeiling(Object* object) const;
   struct Bounds;
   Bounds effectiveBounds(Object* object) const;
+  bool mayBeOutside(Object* result) const;
+  void imposeBounds(Ref<Object>* result) const;
   void imposeSegmentBounds(Ref<Object>* result, std::int64_t tag, Object* object) const;
   NumberFormatter* leadingFormatter(const NumberFormatter& deputys, std::int64_t tag);
   template <class Deputy, class Value>

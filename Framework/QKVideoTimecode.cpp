@@ -708,22 +708,25 @@ void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minu
   time_.value = wasNegative ? wrappingNegate(ticks) : ticks;
 }
 
-bool QKVideoTimecode::canSetSMPTEFieldsAtOnce() {
+bool QKVideoTimecode::canSetSMPTEFieldsAtOnce(SMPTEPosition* now) {
   const auto* row = timecodeModeRow(mode_);
   if (!row || row->kind == TimecodeModeKind::Duration || flags_.useSeconds || !time_.isNumeric()) return false;
   const std::int64_t best = _bestTimeScale();
-  if (best % row->tickRate != 0) return false;
-  if (time_.timescale == best) return true;
-  const MediaTime converted = time_.convertedTo(saturateToInt32(best));
-  if (!converted.isNumeric() || converted.timescale != best) return false;
-  time_ = converted;
+  if (best != row->tickRate && best % row->tickRate != 0) return false;
+  if (time_.timescale != best) {
+    const MediaTime converted = time_.convertedTo(saturateToInt32(best));
+    if (!converted.isNumeric() || converted.timescale != best) return false;
+    time_ = converted;
+  }
+  *now = best == row->tickRate ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
   return true;
 }
 
 bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
   const auto* row = timecodeModeRow(mode_);
-  if (!row || !hasUsualFields(fields, *row) || !canSetSMPTEFieldsAtOnce()) return false;
-  const std::int64_t frameTicks = row->ticksPerFrame() * (time_.timescale / static_cast<std::int32_t>(row->tickRate));
+  if (!hasUsualFields(fields, *row)) return false;
+  std::int64_t frameTicks = row->ticksPerFrame();
+  if (time_.timescale != row->tickRate) frameTicks *= time_.timescale / static_cast<std::int32_t>(row->tickRate);
   std::int64_t ticks = frameFromLabel(*SMPTECounting::ofMode(mode_), fields) * frameTicks;  // below 2^63
   if (fractionalFrames != 0) ticks += saturateToInt64(static_cast<double>(frameTicks) * fractionalFrames + 0.5);
   time_.value = time_.value < 0 ? -ticks : ticks;
@@ -913,7 +916,11 @@ std::int64_t QKVideoTimecode::privateDropFrameAdjustmentForHMFSsBeforeChange(con
 void QKVideoTimecode::privateAddHMSFs(const SMPTEFieldSet& delta, bool isNegativeDelta) {
   const bool wasNegative = isNegative();
   const std::int64_t framesPerSecond = saturateToInt64(nominalFrameRate());
-  const SMPTEFieldSet before = privateFields();
+  SMPTEPosition position;
+  const bool isWrittenAtOnce = canSetSMPTEFieldsAtOnce(&position);
+  if (!isWrittenAtOnce) position = privatePosition();
+  SMPTEFieldSet before = position.label;
+  before.subframes = subframesFromFraction(position.fraction);
   bool endsNegative = wasNegative;
   SMPTEFieldSet after;
   if (isNegativeDelta != wasNegative && before < delta) {  // through zero: no correction
@@ -930,7 +937,7 @@ void QKVideoTimecode::privateAddHMSFs(const SMPTEFieldSet& delta, bool isNegativ
       if (frames != 0) after = privateHMSFsFrameAdjustment(after, frames, framesPerSecond);
     }
   }
-  if (!setSMPTEFieldsAtOnce(after, static_cast<double>(after.subframes) / 80)) {
+  if (!isWrittenAtOnce || !setSMPTEFieldsAtOnce(after, static_cast<double>(after.subframes) / 80)) {
     privateSetSMPTEHours(after.hours);
     privateSetSMPTEMinutes(after.minutes);
     privateSetSMPTESeconds(after.seconds);

@@ -252,13 +252,15 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   SMPTEPosition privatePosition();
   void privateGetSMPTEHours(std::int64_t* hours, std::int64_t* minutes, std::int64_t* seconds, std::int64_t* frames,
                             double* fractionalFrames);
-  // Whether setSMPTEFieldsAtOnce may take fields: in a fixed counting or drop-frame mode outside the seconds mode, for a
-  // time that the best timescale holds, to which it is brought. False, without a report and nothing changed, elsewhere.
-  bool canSetSMPTEFieldsAtOnce();
-  // Writes all fields in one go, with the sign that the value has, which gives the same as the five setters one after
-  // another, hours first. False, and nothing changed, where it may not, or for a field outside its usual range or a
-  // million hours and more.
+  // Whether setSMPTEFieldsAtOnce may take fields, and the fields as they are: in a fixed counting or drop-frame mode
+  // outside the seconds mode, for a time that the best timescale holds, to which it is brought. False, without a report
+  // and nothing changed, elsewhere.
+  bool canSetSMPTEFieldsAtOnce(SMPTEPosition* now);
+  // Then writes all fields in one go, with the sign that the value has, which gives the same as the five setters one
+  // after another, hours first. False, and nothing changed, for a field outside its usual range or a million hours.
   bool setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames);
+  // The time as it is held, without meaning in the seconds mode.
+  const MediaTime& storedTime() const { return time_; }
 
  protected:
   // ---- For subclasses ----
@@ -324,8 +326,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   bool refusesNonNumeric(std::string_view logText) const;
 
   const _QKCustomVideoModeInfo& customVideoModeInfo() const { return customVideoModeInfo_; }
-  // The stored time, whatever the mode; a subclass that replaces it keeps it numeric.
-  const MediaTime& storedTime() const { return time_; }
+  // A subclass that replaces the time keeps it numeric.
   void setStoredTime(const MediaTime& time) { time_ = time; }
 
  private:
