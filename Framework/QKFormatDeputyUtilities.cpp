@@ -24,11 +24,6 @@ QKTimecodeSegmentNumberFormatter& makeShared(std::int64_t digits, const std::opt
   return formatter;
 }
 
-bool isAsciiOf(const CharacterSet& set, char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < 0x80 && set.contains(byte);
-}
-
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t digitRunLength(std::string_view string) {
@@ -51,22 +46,6 @@ std::int64_t takeInteger(std::string_view& string) {
   }
   string.remove_prefix(length);
   return value;
-}
-
-// Takes a text of nothing but pairs of digits with one separator between them, as labels mostly are: how many pairs; 0 for
-// any other text.
-std::int64_t scanPairs(std::string_view string, std::int64_t* fields, std::int64_t capacity,
-                       const CharacterSet& separators) {
-  const auto count = static_cast<std::int64_t>(string.size() / 3) + 1;
-  if (string.size() % 3 != 2 || count > capacity) return 0;
-  const char* pair = string.data();
-  for (std::int64_t i = 0; i < count; ++i, pair += 3) {
-    const auto tens = static_cast<unsigned>(pair[0] - '0'), ones = static_cast<unsigned>(pair[1] - '0');
-    if (tens > 9 || ones > 9) return 0;
-    fields[i] = static_cast<std::int64_t>(tens * 10 + ones);
-    if (i + 1 < count && !isAsciiOf(separators, pair[2])) return 0;
-  }
-  return count;
 }
 
 }  // namespace
@@ -128,7 +107,7 @@ const std::string& MDivisionsPlaceHolder() {
 
 bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields, std::int64_t capacity,
                                      std::int64_t* count, const CharacterSet& separators) {
-  std::int64_t stored = scanPairs(string, fields, capacity, separators);
+  std::int64_t stored = detail::scanPairs(string, fields, capacity, separators);
   if (stored > 0) string = {};
   while (stored < capacity) {
     detail::takeWhitespace(string);

@@ -80,6 +80,12 @@ class EntryWriter {
   SMPTEPosition now_;          // of timecode_
 };
 
+const CharacterSet& separatorSet(bool withSlash) {
+  static const CharacterSet& shortSet = *new CharacterSet(",.;:");
+  static const CharacterSet& longSet = *new CharacterSet(",.;:/");
+  return withSlash ? longSet : shortSet;
+}
+
 }  // namespace
 
 struct QKSMPTETimecodeFormatDeputy::Entry : detail::ScannedFields {
@@ -153,6 +159,10 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(Ref<Object>* obj
                                                                 const QKTimecodeFormatter& formatter,
                                                                 std::string* error) const {
   Ref<Object> current = formatter.currentTimecode();
+  if (setToUsualLabel(current.get(), string)) {
+    if (object) *object = std::move(current);
+    return true;
+  }
   EntryWriter writer(current.get());
   if (!writer.value()) return detail::fail(error, detail::kObjectDoesNotConform);
   Entry entry;
@@ -183,6 +193,10 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* obj
                                                                 const QKTimecodeFormatter& formatter,
                                                                 std::string* error) const {
   Ref<Object> current = formatter.currentTimecode();
+  if (setToUsualLabel(current.get(), string)) {
+    if (object) *object = std::move(current);
+    return true;
+  }
   EntryWriter writer(current.get());
   QKSMPTETimecode* value = writer.value();
   if (!value) return detail::fail(error, detail::kObjectDoesNotConform);
@@ -228,12 +242,19 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* obj
   return true;
 }
 
+// Takes a label of four pairs of digits over a value of this library's own: the usual entry, which both rules read alike.
+bool QKSMPTETimecodeFormatDeputy::setToUsualLabel(Object* object, std::string_view string) const {
+  std::int64_t fields[4];
+  if (!displaysHours_ || showsLowerField() || detail::scanPairs(string, fields, 4, separatorSet(false)) != 4)
+    return false;
+  auto* timecode = detail::ownTimecode(object);
+  return timecode && timecode->setUsualLabel({fields[0], fields[1], fields[2], fields[3], 0});
+}
+
 // Scans a string, with separators put into one that is a bare run of digits.
 bool QKSMPTETimecodeFormatDeputy::scanEntry(Entry* entry, std::string_view string, std::int64_t capacity,
                                             Object* timecode) const {
-  static const CharacterSet& withoutSlash = *new CharacterSet(",.;:");
-  static const CharacterSet& withSlash = *new CharacterSet(",.;:/");
-  const CharacterSet& separators = displaysQuarterFrames() ? withSlash : withoutSlash;
+  const CharacterSet& separators = separatorSet(displaysQuarterFrames());
   if (!privateScanStringIntoFieldArray(string, entry->fields, capacity, &entry->count, separators)) return false;
   std::string separated;
   if (entry->count == 1) {

@@ -125,6 +125,7 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
  private:
   struct Entry;
 
+  bool setToUsualLabel(Object* object, std::string_view string) const;
   bool scanEntry(Entry* entry, std::string_view string, std::int64_t capacity, Object* timecode) const;
   bool showsLowerField() const { return displaysSubframes() || displaysQuarterFrames(); }
 

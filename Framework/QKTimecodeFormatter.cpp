@@ -328,7 +328,10 @@ bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view s
       if (object) object->reset();
       return true;
     }
-    if (!currentTimecode_ || isNilSymbol(currentTimecode_.get())) currentTimecode_ = defaultObjectPrototype();
+    const bool isOwn = detail::ownTimecode(currentTimecode_.get()) != nullptr;  // the usual case, no text
+    if (!currentTimecode_ || (!isOwn && isNilSymbol(currentTimecode_.get()))) {
+      currentTimecode_ = defaultObjectPrototype();
+    }
   }
   if (!deputy) return detail::fail(error, "No deputy for current format.");
   if (!conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol) ||

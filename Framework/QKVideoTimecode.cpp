@@ -604,14 +604,9 @@ std::int64_t QKVideoTimecode::privateFramesPerHour() const { return counting().f
 std::int64_t QKVideoTimecode::privateFramesPerTenMinutes() const { return counting().framesPerTenMinutes; }
 std::int64_t QKVideoTimecode::privateFramesPerMinute() const { return counting().framesPerMinute; }
 
-const TimecodeModeRow* QKVideoTimecode::rowAtBest() const {
-  const auto* row = timecodeModeRow(mode_);
-  const bool isUsual = row && !flags_.useSeconds && time_.timescale == row->tickRate && time_.isNumeric();
-  return isUsual && _bestTimeScale() == row->tickRate ? row : nullptr;
-}
-
 SMPTEPosition QKVideoTimecode::privatePosition() {
-  return rowAtBest() ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
+  const auto* row = rowAtBest();
+  return row ? positionAtTicks(*row, magnitudeOf(time_.value)) : unusualPosition();
 }
 
 SMPTEPosition QKVideoTimecode::unusualPosition() {
@@ -647,7 +642,8 @@ void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, 
     }
     return;
   }
-  const SMPTEPosition position = rowAtBest() ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
+  const auto* row = rowAtBest();
+  const SMPTEPosition position = row ? positionAtTicks(*row, magnitudeOf(time_.value)) : unusualPosition();
   if (hours) *hours = position.label.hours;
   if (minutes) *minutes = position.label.minutes;
   if (seconds) *seconds = position.label.seconds;
@@ -718,7 +714,18 @@ bool QKVideoTimecode::canSetSMPTEFieldsAtOnce(SMPTEPosition* now) {
     if (!converted.isNumeric() || converted.timescale != best) return false;
     time_ = converted;
   }
-  *now = best == row->tickRate ? positionAtTicks(mode_, magnitudeOf(time_.value)) : unusualPosition();
+  *now = best == row->tickRate ? positionAtTicks(*row, magnitudeOf(time_.value)) : unusualPosition();
+  return true;
+}
+
+bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
+  const auto* row = rowAtBest();
+  if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(label, *row)) return false;
+  const SMPTECounting& counting = *SMPTECounting::ofMode(mode_);
+  const auto frameTicks = static_cast<std::uint64_t>(row->ticksPerFrame());
+  const auto [frames, rest] = divideByFrameTime(magnitudeOf(time_.value), frameTicks);
+  if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * counting.framesPerHour)) return false;
+  time_.value = frameFromLabel(counting, label) * static_cast<std::int64_t>(frameTicks);
   return true;
 }
 

@@ -259,6 +259,9 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // Then writes all fields in one go, with the sign that the value has, which gives the same as the five setters one
   // after another, hours first. False, and nothing changed, for a field outside its usual range or a million hours.
   bool setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames);
+  // Makes a time that stands on a frame of its first day, at its best timescale in a fixed counting or drop-frame mode, that
+  // of another label, positive. False, and nothing changed, elsewhere or for a field outside its usual range.
+  bool setUsualLabel(const SMPTEFieldSet& label);
   // The time as it is held, without meaning in the seconds mode.
   const MediaTime& storedTime() const { return time_; }
 
@@ -340,7 +343,11 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   const FrameScale& frameScaleAt(std::int64_t timescale, FrameScale& storage) const;
   // The row of the mode where the time stands at its tick rate and that is the best one: the usual case, in which
   // integers are enough. Else null.
-  const TimecodeModeRow* rowAtBest() const;
+  const TimecodeModeRow* rowAtBest() const {
+    const auto* row = timecodeModeRow(mode_);
+    const bool isUsual = row && !flags_.useSeconds && time_.timescale == row->tickRate && time_.isNumeric();
+    return isUsual && _bestTimeScale() == row->tickRate ? row : nullptr;
+  }
   SMPTEPosition unusualPosition();
   bool addFramesAtBest(std::uint64_t frames, bool isNegativeDelta);
   std::uint64_t frameCountSum(std::uint64_t a, std::uint64_t b) const;

@@ -87,10 +87,10 @@ using PositionFunction = SMPTEPosition (*)(std::uint64_t ticks);
 QUILL_EXPORT extern const std::array<PositionFunction, std::size(kTimecodeModeTable)> kPositionFunctions;
 }  // namespace detail
 
-// Where a count of ticks lies, at the tick rate of a fixed mode; zero for the other modes. In a duration mode the label
-// is elapsed time. (29.97df, 1800 * 80080 + 40040) gives 00:01:00;02 and 0.5.
-inline SMPTEPosition positionAtTicks(QKSMPTETimecodeMode mode, std::uint64_t ticks) {
-  return timecodeModeRow(mode) ? detail::kPositionFunctions[static_cast<std::size_t>(mode)](ticks) : SMPTEPosition{};
+// Where a count of ticks lies, at the tick rate of a fixed mode. In a duration mode the label is elapsed time.
+// (the row of 29.97df, 1800 * 80080 + 40040) gives 00:01:00;02 and 0.5.
+inline SMPTEPosition positionAtTicks(const TimecodeModeRow& row, std::uint64_t ticks) {
+  return detail::kPositionFunctions[static_cast<std::size_t>(row.mode)](ticks);
 }
 
 // The frame number of a label, subframes aside: a whole number except at fractional rates. A label that drop-frame
