@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -81,12 +82,11 @@ auto over(At at, Operation operation, std::size_t count = kInputs) {
 }
 
 // In the order of the table.
-std::vector<std::string>& rowNames();
-void addRow(std::string_view row);
+inline std::vector<std::string> rowNames;
 
 template <class Make>
 benchmark::internal::Benchmark* measure(std::string_view row, Who who, Make make, std::size_t count = kInputs) {
-  addRow(row);
+  if (std::find(rowNames.begin(), rowNames.end(), row) == rowNames.end()) rowNames.emplace_back(row);
   return benchmark::RegisterBenchmark(measurementName(row, who).c_str(), [=](benchmark::State& state) {
     auto operation = make();
     std::uint64_t answer = 0;

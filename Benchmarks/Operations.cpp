@@ -82,14 +82,8 @@ void measureLabels() {
   }
 }
 
-void measureNotations() {
-  constexpr std::pair<const char*, QKTimecodeFormat> kNotations[] = {
-      {"hours, minutes, seconds", QKTimecodeFormatHMS}, {"frames", QKTimecodeFormatVideoFrames},
-      {"audio frames", QKTimecodeFormatAudioFrames},    {"seconds", QKTimecodeFormatSeconds},
-      {"bars and beats", QKTimecodeFormatBarsBeats},    {"feet and frames", QKTimecodeFormatFeetFrames}};
-  for (const auto& [name, format] : kNotations) {
-    measure(std::string("render ") + name, kLibrary, over(frameValueAt<QKExtendedTimecode>, rendering(format)));
-  }
+// How the cost grows with fields and digits: entries of the lowest fields, hours and counts of frames.
+void measureGrowth() {
   const auto withSubframes = formatterOf(QKTimecodeFormatSMPTE);
   withSubframes->setSMPTEDisplaysSubframes(true);
   measure("render a label with subframes", kLibrary,
@@ -98,79 +92,69 @@ void measureNotations() {
     measure("parse, fields typed: " + std::to_string(fields), kLibrary,
             over([=](std::size_t i) { return labelAt(i).substr(12 - 3 * fields); }, parsing()));
   }
-}
-
-// Hours and counts of frames from 10 to the power given on.
-void measureDigits() {
   for (const auto& [digits, power] : {std::pair(2, 10), {3, 100}, {6, 100000}, {9, 100000000}}) {
     const auto number = [power = power](std::size_t i) { return std::uint64_t(power) * (1 + i % 9) + i % 10; };
+    const auto hours = [=](std::size_t i) {
+      return valueOf(number(i) * 3600 * kTickRate + frameAt(i) % 100000 * 80080);
+    };
+    const auto frames = [=](std::size_t i) { return valueOf(number(i) * kernel::kTicksPerFrame); };
+    const auto label = [=](std::size_t i) { return std::to_string(number(i)) + labelAt(i).substr(2); };
+    const auto count = [=](std::size_t i) { return std::to_string(number(i)); };
     const std::string end = " of " + std::to_string(digits) + " digits";
-    measure("render, hours" + end, kLibrary,
-            over([=](std::size_t i) { return valueOf(number(i) * 3600 * kTickRate + frameAt(i) % 100000 * 80080); },
-                 rendering()));
-    measure("parse, hours" + end, kLibrary,
-            over([=](std::size_t i) { return std::to_string(number(i)) + labelAt(i).substr(2); }, parsing()));
-    measure("render, frames" + end, kLibrary,
-            over([=](std::size_t i) { return valueOf(number(i) * kernel::kTicksPerFrame); },
-                 rendering(QKTimecodeFormatVideoFrames)));
-    measure("parse, frames" + end, kLibrary,
-            over([=](std::size_t i) { return std::to_string(number(i)); }, parsing(QKTimecodeFormatVideoFrames)));
+    measure("render, hours" + end, kLibrary, over(hours, rendering()));
+    measure("parse, hours" + end, kLibrary, over(label, parsing()));
+    measure("render, frames" + end, kLibrary, over(frames, rendering(QKTimecodeFormatVideoFrames)));
+    measure("parse, frames" + end, kLibrary, over(count, parsing(QKTimecodeFormatVideoFrames)));
   }
 }
 
 // ---- Views and times ----
 
-// Reads a view of values at `ticks` times what `at` says, and sets it in 64 values in turn, so that each set changes
-// something.
-template <class Value, class At, class Read, class Set, class FloorRead, class FloorSet>
-void measureView(const std::string& name, At at, std::uint64_t ticks, Read read, Set set, FloorRead floorRead,
+// Reads `count` fields of values at `ticks` times what `at` says, and sets them in 64 values in turn, so that each set
+// changes something.
+template <class Value, std::size_t count, class At, class Get, class Set, class FloorRead, class FloorSet>
+void measureView(const std::string& name, At at, std::uint64_t ticks, Get get, Set set, FloorRead floorRead,
                  FloorSet floorSet) {
-  measure("read " + name, kLibrary, over([=](std::size_t i) { return valueOf<Value>(at(i) * ticks); }, read));
-  measure("read " + name, kFloor, over(at, floorRead));
-  const auto fieldsAt = [=](std::size_t i) { return floorRead(at(i)); };
+  const auto reading = [=](Value& value) {
+    std::array<std::int64_t, count> fields;
+    get(value, fields);
+    return fields;
+  };
   const auto setting = [=, values = std::vector<Value>(64, valueOf<Value>(0)), next = 0U](const auto& fields) mutable {
     Value& value = values[next++ % 64];
     set(value, fields);
     return static_cast<const QKVideoTimecode*>(&value);
   };
+  const auto fieldsAt = [=](std::size_t i) { return floorRead(at(i)); };
+  measure("read " + name, kLibrary, over([=](std::size_t i) { return valueOf<Value>(at(i) * ticks); }, reading));
+  measure("read " + name, kFloor, over(at, floorRead));
   measure("set " + name, kLibrary, over(fieldsAt, setting));
   measure("set " + name, kFloor, over(fieldsAt, floorSet));
 }
 
 void measureViews() {
-  measureView<QKVideoTimecode>(
+  measureView<QKVideoTimecode, 5>(
       "five SMPTE fields", subframesAt, kernel::kTicksPerSubframe,
-      [](QKVideoTimecode& value) {
-        std::array<std::int64_t, 5> f;
-        value.getSMPTEHours(&f[0], &f[1], &f[2], &f[3], &f[4], nullptr);
-        return f;
-      },
-      [](QKVideoTimecode& value, const kernel::Fields& f) {
+      [](auto& value, auto& f) { value.getSMPTEHours(&f[0], &f[1], &f[2], &f[3], &f[4], nullptr); },
+      [](auto& value, const auto& f) {
         value.setSMPTEHours(f[0]), value.setSMPTEMinutes(f[1]), value.setSMPTESeconds(f[2]);
         value.setSMPTEFrames(f[3]), value.setSMPTESubframes(f[4]);
       },
       kernel::fieldsOf, kernel::ticksOfFields);
-  measureView<QKTimecode>(
-      "audio frames, 272M", frameAt, kernel::kTicksPerFrame, [](QKTimecode& value) { return value.audioFrames(); },
-      [](QKTimecode& value, std::uint64_t frames) { value.setAudioFrames(frames); }, kernel::firstSampleOf,
+  measureView<QKTimecode, 1>(
+      "audio frames, 272M", frameAt, kernel::kTicksPerFrame,
+      [](auto& value, auto& f) { f[0] = static_cast<std::int64_t>(value.audioFrames()); },
+      [](auto& value, std::uint64_t frames) { value.setAudioFrames(frames); }, kernel::firstSampleOf,
       kernel::ticksOfSample);
-  measureView<QKExtendedTimecode>(
+  measureView<QKExtendedTimecode, 3>(
       "feet and frames", [](std::size_t i) { return frameAt(i) * 80; }, kernel::kTicksPerSubframe,
-      [](QKExtendedTimecode& value) {
-        std::array<std::int64_t, 3> f;
-        value.getFFFeet(&f[0], &f[1], &f[2]);
-        return f;
-      },
-      [](QKExtendedTimecode& value, const kernel::Footage& f) { value.setFFFeet(f[0]), value.setFFFrames(f[1]); },
-      kernel::footageOf, kernel::ticksOfFootage);
-  measureView<QKExtendedTimecode>(
+      [](auto& value, auto& f) { value.getFFFeet(&f[0], &f[1], &f[2]); },
+      [](auto& value, const auto& f) { value.setFFFeet(f[0]), value.setFFFrames(f[1]); }, kernel::footageOf,
+      kernel::ticksOfFootage);
+  measureView<QKExtendedTimecode, 4>(
       "bars and beats", [](std::size_t i) { return subframesAt(i) * std::uint64_t{1250}; }, 1,
-      [](QKExtendedTimecode& value) {
-        std::array<std::int64_t, 4> f;
-        value.getBars(&f[0], &f[1], &f[2], &f[3]);
-        return f;
-      },
-      [](QKExtendedTimecode& value, const kernel::Position& f) {
+      [](auto& value, auto& f) { value.getBars(&f[0], &f[1], &f[2], &f[3]); },
+      [](auto& value, const auto& f) {
         value.setBars(f[0]), value.setIntegerBeats(f[1]), value.setDivisions(f[2]), value.setTicks(f[3]);
       },
       kernel::positionOf, kernel::ticksOfPosition);
@@ -183,15 +167,14 @@ void measureEveryView() {
     return QKExtendedTimecode(frameAt(i), QKTimecodeBestTimeRate, mode, 48000);
   };
   measure("read every view, any mode", kLibrary, over(at, [](QKExtendedTimecode& value) {
-            std::array<std::int64_t, 15> f;
-            double seconds = 0, beats = 0;
+            std::int64_t f[15];
+            double seconds = 0;
             value.getSMPTEHours(&f[0], &f[1], &f[2], &f[3], &f[4], &f[5]);
             value.getHMSHours(&f[6], &f[7], &seconds);
             value.getFFFeet(&f[8], &f[9], &f[10]);
             value.getBars(&f[11], &f[12], &f[13], &f[14]);
-            value.getBars(&f[11], &beats);
             benchmark::DoNotOptimize(f);
-            benchmark::DoNotOptimize(value.seconds() + seconds + beats);
+            benchmark::DoNotOptimize(seconds += value.seconds());
             return value.videoFrames() + value.audioFrames();
           }));
 }
@@ -201,7 +184,7 @@ void measureTimes() {
     return MediaTime(value, from).convertedTo(to).value;
   };
   measureRescaling(kLibrary, convert, convert);
-  measureRescaling(kFloor, kernel::rescaleNarrow, kernel::rescaleWide);
+  measureRescaling(kFloor, kernel::rescale<std::uint64_t>, kernel::rescale<kernel::UInt128>);
   measure("compare two values", kLibrary, over(frameValueAt<>, [other = frameValueAt(1)](const QKVideoTimecode& value) {
             return static_cast<std::uint64_t>(value.compare(other));
           }));
@@ -231,7 +214,7 @@ void measureColumn() {
     return static_cast<std::uint64_t>(row.second.value);
   };
   const auto floor = [](std::pair<MediaTime, MediaTime>& row) {
-    row.second.value = kernel::rescaleNarrow(row.first.value, kTickRate, 2000);
+    row.second.value = kernel::rescale<std::uint64_t>(row.first.value, kTickRate, 2000);
     return static_cast<std::uint64_t>(row.second.value);
   };
   measure(kConvert, kLibrary, over(at, library, kRows), kRows);
@@ -274,8 +257,7 @@ void measureLibraryAndFloor() {
   measureTimes();
   measureColumn();
   measureArchives();
-  measureNotations();
-  measureDigits();
+  measureGrowth();
 }
 
 }  // namespace bench

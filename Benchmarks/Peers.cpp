@@ -2,16 +2,15 @@
 
 #include "Measure.h"
 
-#include <cstdio>
 #include <cstdlib>
 
-#ifdef QUILL_PEER_LIBAVUTIL
+#ifdef QUILL_PEER_libavutil
 extern "C" {
 #include <libavutil/mathematics.h>
 #include <libavutil/timecode.h>
 }
 #endif
-#ifdef QUILL_PEER_GSTREAMER
+#ifdef QUILL_PEER_gstreamer_video_1_0
 #include <gst/video/video.h>
 #endif
 
@@ -19,7 +18,7 @@ namespace bench {
 
 namespace {
 
-#ifdef QUILL_PEER_LIBAVUTIL
+#ifdef QUILL_PEER_libavutil
 auto rendering(std::uint32_t step) {
   AVTimecode start;
   if (av_timecode_init(&start, {30000, 1001}, AV_TIMECODE_FLAG_DROPFRAME, 0, nullptr) != 0) std::abort();
@@ -29,7 +28,6 @@ auto rendering(std::uint32_t step) {
 }
 
 void measureLibavutil() {
-  std::puts("peer: " QUILL_PEER_LIBAVUTIL);
   measure(kRender, kLibavutil, over(frameAt, rendering(0)));
   measure(kAddAndRender, kLibavutil, over(frameAt, rendering(1)));
   measure(kParse, kLibavutil, over(labelAt, [parsed = AVTimecode()](const std::string& text) mutable {
@@ -41,11 +39,9 @@ void measureLibavutil() {
   };
   measureRescaling(kLibavutil, rescale, rescale);
 }
-#else
-void measureLibavutil() { std::puts("no libavutil: its column is empty"); }
 #endif
 
-#ifdef QUILL_PEER_GSTREAMER
+#ifdef QUILL_PEER_gstreamer_video_1_0
 // What it made is released again, as the library's results are. Its memory is not counted.
 struct Released {
   void operator()(gchar* text) const { g_free(text); }
@@ -68,7 +64,6 @@ GstVideoTimeCode timecodeAt(std::size_t i) {
 }
 
 void measureGStreamer() {
-  std::puts("peer: " QUILL_PEER_GSTREAMER);
   const auto render = [](const GstVideoTimeCode& timecode) {
     return Made<gchar>(gst_video_time_code_to_string(&timecode));
   };
@@ -86,15 +81,17 @@ void measureGStreamer() {
   };
   measureRescaling(kGStreamer, rescale, rescale);
 }
-#else
-void measureGStreamer() { std::puts("no gstreamer-video-1.0: its column is empty"); }
 #endif
 
 }  // namespace
 
 void measurePeers() {
+#ifdef QUILL_PEER_libavutil
   measureLibavutil();
+#endif
+#ifdef QUILL_PEER_gstreamer_video_1_0
   measureGStreamer();
+#endif
 }
 
 }  // namespace bench
