@@ -69,12 +69,12 @@ using Fields = std::array<std::uint32_t, 5>;
 }
 
 // Feet, frames, quarter frames of a count of subframes; the ticks of feet and frames.
-using Footage = std::array<std::uint32_t, 3>;
+using Footage = std::array<std::int64_t, 3>;
 [[gnu::noinline]] inline Footage footageOf(std::uint32_t subframes) {
   return {subframes / 80 / 16, subframes / 80 % 16, subframes % 80 / 20};
 }
 [[gnu::noinline]] inline std::uint64_t ticksOfFootage(const Footage& footage) {
-  return (footage[0] * 16 + footage[1]) * kTicksPerFrame;
+  return static_cast<std::uint64_t>(footage[0] * 16 + footage[1]) * kTicksPerFrame;
 }
 
 // Bars from 0, beats and divisions from 1, 1/960 beats from 0; and the ticks of it.

@@ -23,7 +23,7 @@ namespace bench {
 extern thread_local std::size_t allocations, latestAllocation;
 
 enum Who : std::uint8_t { kLibrary, kFloor, kLibavutil, kGStreamer, kOneThread, kTwoThreads };
-inline constexpr const char* kWhoNames[] = {"library", "floor", "libavutil", "gstreamer", "1 thread", "2 threads"};
+inline constexpr const char* kWhoNames[] = {"library", "floor", "libavutil", "gstreamer", "one by one", "in two"};
 
 inline std::string measurementName(std::string_view row, Who who) { return std::string(row) + '/' + kWhoNames[who]; }
 
