@@ -140,7 +140,7 @@ class Table : public benchmark::BenchmarkReporter {
 
 int main(int argc, char** argv) {
   // What is given later counts.
-  std::string defaults[] = {"--benchmark_repetitions=15", "--benchmark_min_time=0.02",
+  std::string defaults[] = {"--benchmark_repetitions=25", "--benchmark_min_time=0.01",
                             "--benchmark_enable_random_interleaving=true"};
   std::vector<char*> arguments = {argv[0]};
   for (std::string& flag : defaults) arguments.push_back(flag.data());
