@@ -162,7 +162,7 @@ MediaTime add(const MediaTime& a, const MediaTime& b) {
   }
   const std::int64_t sum = wrappingAdd(a.value, b.value);
   const bool overflow = (a.value >= 0) == (b.value >= 0) && (sum >= 0) != (a.value >= 0);
-  if (overflow) return infinity(a.value < 0);
+  if (overflow) return infinity((a.value < 0) != (a.timescale < 0));
   return {sum, a.timescale, a.flags | b.flags, a.epoch};
 }
 

@@ -74,6 +74,7 @@ QUILL_EXPORT int compare(const MediaTime& a, const MediaTime& b);
 
 // The sum at the first timescale when both are equal, else at their least common multiple (exact) while that is below
 // 2^31, else at the larger one, rounded half away from zero. A sum beyond 64 bits is an infinity. The epoch is a's.
+// Timescales of 0 or below are added like others where they are equal; different ones give the invalid time.
 QUILL_EXPORT MediaTime add(const MediaTime& a, const MediaTime& b);
 
 }  // namespace quill::inline v0
