@@ -136,6 +136,12 @@ void QKScrubbableNumberFormatter::setMaximumIntegerDigits(std::int64_t count) {
   digitsChanged(minimumIntegerDigits() != before);
 }
 
+void QKScrubbableNumberFormatter::setNumberStyle(Style style) {
+  const std::int64_t before = minimumFractionDigits();
+  NumberFormatter::setNumberStyle(style);
+  digitsChanged(minimumFractionDigits() != before);
+}
+
 void QKScrubbableNumberFormatter::digitsChanged(bool changed) {
   privatePrepareAttributedStringForZero();
   if (changed) postFormatChanged();
@@ -257,16 +263,17 @@ void QKScrubbableNumberFormatter::privatePrepareAttributedStringForZero() {
 
 struct QKScrubbableNumberFormatter::Extent {
   std::size_t begin, firstDigit, end;
-  bool isNegative;
+  std::int64_t signLength;  // in characters, 0 without a sign
 };
 
 QKScrubbableNumberFormatter::Extent QKScrubbableNumberFormatter::extentOfNumber(std::string_view text) const {
   Extent extent{};
   const std::string_view sign = minusSign().empty() ? "-" : std::string_view(minusSign());
   std::size_t place = text.find(sign);
-  extent.isNegative = place != std::string_view::npos;
-  extent.firstDigit = std::min(text.find_first_of(kDigits, extent.isNegative ? place + sign.size() : 0), text.size());
-  extent.begin = extent.isNegative ? place : extent.firstDigit;
+  const bool isNegative = place != std::string_view::npos;
+  extent.signLength = isNegative ? static_cast<std::int64_t>(characterCount(sign)) : 0;
+  extent.firstDigit = std::min(text.find_first_of(kDigits, isNegative ? place + sign.size() : 0), text.size());
+  extent.begin = isNegative ? place : extent.firstDigit;
   place = text.find_last_of(kDigits);
   extent.end = std::max(extent.firstDigit, place == std::string_view::npos ? 0 : place + 1);
   return extent;
@@ -315,7 +322,7 @@ std::int64_t QKScrubbableNumberFormatter::segmentFieldWidthForTag(std::int64_t t
   if (index < 0) return 0;
   const std::string text = stringForObjectValue(object).value_or("");
   const Extent extent = extentOfNumber(text);
-  if (!isWholeNumber()) return index == 0 && extent.isNegative ? 2 : 1;
+  if (!isWholeNumber()) return index == 0 ? extent.signLength + 1 : 1;
   const std::string_view number = std::string_view(text).substr(extent.begin, extent.end - extent.begin);
   const auto length = static_cast<std::int64_t>(characterCount(number));
   return std::max<std::int64_t>(length - (showsFraction() ? 1 : 0), 0);
@@ -338,9 +345,10 @@ Range QKScrubbableNumberFormatter::substringRangeForSegmentWithTag(std::int64_t 
   if (index < 0) return {};
   const std::string text = stringForObjectValue(object).value_or("");
   const Extent extent = extentOfNumber(text);
+  if (extent.firstDigit == text.size()) return {};
   const std::uint64_t begin = charactersBefore(text, extent.begin);
   if (isWholeNumber()) return {begin, charactersBefore(text, extent.end) - begin};
-  if (index == 0) return {begin, extent.isNegative ? std::uint64_t{2} : std::uint64_t{1}};
+  if (index == 0) return {begin, static_cast<std::uint64_t>(extent.signLength) + 1};
   std::int64_t left = index;
   for (std::size_t place = extent.firstDigit; place < extent.end; ++place) {
     if (digitCount(std::string_view(text).substr(place, 1)) == 1 && left-- == 0) {

@@ -70,6 +70,7 @@ class QUILL_EXPORT QKScrubbableNumberFormatter : public NumberFormatter {
   void setMaximumFractionDigits(std::int64_t count) override;
   void setMinimumIntegerDigits(std::int64_t count) override;
   void setMaximumIntegerDigits(std::int64_t count) override;
+  void setNumberStyle(Style style) override;
   void setMinimum(const std::optional<Number>& number) override;
   void setMaximum(const std::optional<Number>& number) override;
   // A symbol other than the plain text for zero makes zero a value of one segment.
@@ -110,7 +111,7 @@ class QUILL_EXPORT QKScrubbableNumberFormatter : public NumberFormatter {
   bool segmentFieldContainsDecimalSeparatorForTag(std::int64_t tag, Object* object) const;
   // Never.
   void segmentWithTagHasPadding(std::int64_t tag, bool* atLeft, bool* atRight, Object* object) const;
-  // The tag 0x7fffffff stands for no segment.
+  // The tag 0x7fffffff stands for no segment; empty too where the text has no digit ("NaN").
   Range substringRangeForSegmentWithTag(std::int64_t tag, Object* object) const;
   // The units.
   std::int64_t defaultSelectedSegmentTagInObjectValue(Object* object) const;

@@ -21,7 +21,7 @@ const ClassDescriptor QKTimecodeSegmentNumberFormatter::descriptor{
 
 QKTimecodeSegmentNumberFormatter::QKTimecodeSegmentNumberFormatter() {
   setFormatterBehavior(Behavior10_4);
-  setNumberStyle(DecimalStyle);
+  QKTimecodeSegmentNumberFormatter::setNumberStyle(DecimalStyle);
   setUsesGroupingSeparator(false);
 }
 
@@ -41,7 +41,8 @@ bool QKTimecodeSegmentNumberFormatter::isPartialStringValid(std::string_view par
     if (minimum() && !(minimum()->doubleValue() < 0)) return false;
   }
 
-  const bool isGrouped = usesGroupingSeparator() && !groupingSeparator().empty();
+  const bool isGrouped =
+      usesGroupingSeparator() && !groupingSeparator().empty() && groupingSeparator() != decimalSeparator();
   std::int64_t integerDigits = scanDigits(scanner);
   if (isGrouped && integerDigits > 3) return false;
   while (isGrouped && integerDigits > 0 && scanner.scanString(groupingSeparator())) {

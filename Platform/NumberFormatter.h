@@ -79,7 +79,7 @@ class QUILL_EXPORT NumberFormatter : public Formatter {
   // Setting a style sets what it stands for: the decimal one groups thousands and shows up to three fraction digits,
   // none does neither.
   Style numberStyle() const { return numberStyle_; }
-  void setNumberStyle(Style style);
+  virtual void setNumberStyle(Style style);
 
   // Kept for archives and callers; every behaviour formats alike.
   Behavior formatterBehavior() const { return formatterBehavior_; }

@@ -69,6 +69,12 @@ TEST(QKScrubbableNumberFormatter, PartsANumberIntoSegments) {
   EXPECT_EQ(whole.formatterForSegmentTag(0, &seven), &whole);
   EXPECT_TRUE(whole.defaultObjectPrototype()->isEqual(Number(0.0)));
   EXPECT_EQ(whole.defaultSelectedSegmentTagInObjectValue(&seven), 0);
+  for (auto* formatter : {&digits, &whole}) {
+    Number nothing(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(formatter->substringRangeForSegmentWithTag(0, &nothing), Range()) << "no digits";
+  }
+  digits.setLocale({".", "", "~-"});
+  EXPECT_EQ(parted(digits, -12.5), "~-012.5: ~-0@2 1@1 2@0 5@-1");
 }
 
 TEST(QKScrubbableNumberFormatter, StepsDigitsBySignAndMagnitude) {
@@ -175,6 +181,9 @@ TEST(QKScrubbableNumberFormatter, PostsChangesAndArchivesItself) {
   EXPECT_EQ(postsOf([&] { formatter.setMinimum(1.0); }), 0);
   EXPECT_EQ(postsOf([&] { formatter.setMinimumIntegerDigits(2); }), 1);
   EXPECT_EQ(postsOf([&] { formatter.setScrubbingType(kSingleDigitScrubbing); }), 0);
+  EXPECT_EQ(postsOf([&] { formatter.setNumberStyle(NumberFormatter::NoStyle); }), 1);
+  EXPECT_EQ(formatter.stringFromNumber(0), "00");
+  EXPECT_EQ(postsOf([&] { formatter.setNumberStyle(NumberFormatter::DecimalStyle); }), 0);
   EXPECT_GE(postsOf([&] { formatter.setScrubbingType(kWholeNumberScrubbing); }), 1);
   const auto digits = [&] {
     return (Number(formatter.minimumIntegerDigits()).description() + ' ' +
