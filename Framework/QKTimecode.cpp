@@ -81,9 +81,7 @@ void QKTimecode::setFirstAudioFrameRate(std::uint64_t audioFrameRate) {
   QKTimecode::setAudioFrameRate(audioFrameRate == 0 ? timeRateInsteadOfZero() : audioFrameRate);
 }
 
-std::uint64_t QKTimecode::timeRateInsteadOfZero() const {
-  return useSeconds() ? 1 : static_cast<std::uint64_t>(storedTime().timescale);
-}
+std::uint64_t QKTimecode::timeRateInsteadOfZero() { return std::max<std::uint64_t>(timeRate(), 1); }
 
 QKTimecode::~QKTimecode() = default;
 
@@ -233,7 +231,8 @@ Number QKTimecode::boxedTime(double time) const { return useSeconds() ? Number(t
 
 std::uint64_t QKTimecode::privateSampleRemainder() {
   if (!usingSMPTE272MConversion()) lightAssertionFailed("[self usingSMPTE272MConversion]", kFile, __LINE__);
-  const double frameStart = _doubleFrameTime() * static_cast<double>(videoFrames());
+  const std::uint64_t frame = videoFrames();  // first: it may change the timescale
+  const double frameStart = _doubleFrameTime() * static_cast<double>(frame);
   if (useSeconds()) {
     return saturateToUInt64((std::abs(seconds()) - frameStart) / privateAudioFrameTime() + 0.5);
   }

@@ -28,8 +28,8 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
   QKTimecode(const MediaTime& time, const MediaTime& frameDuration, std::int64_t dropFrame);
   QKTimecode(const Number& timecodeNumberValue, TimeRate timeRate, QKSMPTETimecodeMode timecodeMode);
 
-  // With an audio frame rate, for which the time is brought to the best timescale. 0 stands for the timescale, or for 1
-  // in the seconds mode; together with QKTimecodeBestTimeRate it fails an assertion.
+  // With an audio frame rate, for which the time is brought to the best timescale. 0 stands for timeRate(), at least 1;
+  // together with QKTimecodeBestTimeRate it fails an assertion.
   QKTimecode(const MediaTime& time, const MediaTime& frameDuration, std::int64_t dropFrame,
              std::uint64_t audioFrameRate);
   QKTimecode(const Number& timecodeNumberValue, TimeRate timeRate, QKSMPTETimecodeMode timecodeMode,
@@ -37,12 +37,10 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
 
   QKTimecode(const QKTimecode&) = default;
   QKTimecode& operator=(const QKTimecode&) = default;
-  template <class Derived>
-  requires(std::derived_from<Derived, QKTimecode> && !std::same_as<Derived, QKTimecode>) QKTimecode(const Derived&)
-  = delete;
-  template <class Derived>
-  requires(std::derived_from<Derived, QKTimecode> && !std::same_as<Derived, QKTimecode>) QKTimecode& operator=(
-      const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKTimecode> Derived>
+  QKTimecode(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKTimecode> Derived>
+  QKTimecode& operator=(const Derived&) = delete;
   ~QKTimecode() override;
 
   Ref<Object> copy() const override;
@@ -54,10 +52,10 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
 
   // ---- Audio frame rate ----
 
-  // Audio frames (samples) per second; 0 only at timescale 0 or out of an archive.
+  // Audio frames (samples) per second; 0 only where it was made as a time rate of 0, or out of an archive.
   std::uint64_t audioFrameRate() const { return audioFrameRate_; }
-  // Brings the time to the best timescale. 0 stands for the timescale, or for 1 in the seconds mode. A non-numeric time
-  // logs a line and stays; the rate is stored all the same.
+  // Brings the time to the best timescale. 0 stands for timeRate(), at least 1. A non-numeric time logs a line and stays;
+  // the rate is stored all the same.
   void setAudioFrameRate(std::uint64_t audioFrameRate);
 
   // The video frame at which the SMPTE 272M sequence starts: audio frame 0 lies at its start.
@@ -137,7 +135,7 @@ class QUILL_EXPORT QKTimecode : public QKVideoTimecode, public QKHMSTimecode, pu
  private:
   static TimeRate checkedTimeRate(TimeRate timeRate, std::uint64_t audioFrameRate);
   void setFirstAudioFrameRate(std::uint64_t audioFrameRate);
-  std::uint64_t timeRateInsteadOfZero() const;
+  std::uint64_t timeRateInsteadOfZero();
   static double secondsOfHMS(std::int64_t hours, std::int64_t minutes, double seconds);
   void changeAudioFrames(std::uint64_t frames, bool isNegativeDelta);
   // The nominal frame rate, as the sequences know it.

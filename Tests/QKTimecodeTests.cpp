@@ -34,6 +34,7 @@ Value audioAt(QKSMPTETimecodeMode mode, std::uint64_t audioFrameRate, std::uint6
 
 // clang-format off
 TEST(QKTimecodeMaking, TakesARateOrTheTimeRateAndBringsTheTimeToTheBestTimescale) {
+  const ReportRecorder reports;  // of a negative timescale
   const MediaTime time(6, 600), at25(1, 25), at49(1, 49);
   const struct {
     const char* label;
@@ -49,7 +50,9 @@ TEST(QKTimecodeMaking, TakesARateOrTheTimeRateAndBringsTheTimeToTheBestTimescale
       {"number in seconds", {1.5, kSeconds, k25}, 1, {}},
       {"frame duration, rate", {time, at25, 0, 48000}, 48000, {480, 48000}},
       {"frame duration, rate 0", {time, at25, 0, 0}, 600, {60, 6000}},
-      {"rate 0 at timescale 0", {{5, 0}, at25, 0, 0}, 0, {5, 0}},
+      {"rate 0 at timescale 0", {{5, 0}, at25, 0, 0}, 1, {}},
+      {"rate 0 at timescale -600", {{6, -600}, at25, 0, 0}, 600, {-60, 6000}},
+      {"time at timescale 0", {{5, 0}, k25}, 0, {5, 0}},
       {"number at best rate, rate", {80, kBest, k25, 44100}, 44100, {35280, 882000}},
       {"number, rate 0", {1, 30000, k2997, 0}, 30000, {80, 2400000}},
       {"number in seconds, rate", {1.5, kSeconds, k25, 48000}, 48000, {}},
@@ -77,6 +80,7 @@ TEST(QKTimecodeAudioFrameRate, SharesATimescaleWithTheVideoFrames) {
 }
 
 TEST(QKTimecodeAudioFrameRate, ChangesConvertTheTimeOnce) {
+  const ReportRecorder reports;  // of no time
   const struct {
     const char* label;
     Value value;
@@ -87,6 +91,8 @@ TEST(QKTimecodeAudioFrameRate, ChangesConvertTheTimeOnce) {
       {"the rate it has", {{1, 600}, k25}, [](Value& v) { v.setAudioFrameRate(600); }, 600, {1, 600}},
       {"another rate", {{1, 600}, k25}, [](Value& v) { v.setAudioFrameRate(44100); }, 44100, {1470, 882000}},
       {"0", audioAt(k2997, 44100, 0, {1, 30000}), [](Value& v) { v.setAudioFrameRate(0); }, 30000, {80, 2400000}},
+      {"0 without a time", audioAt(k25, 600, 0, MediaTime::indefinite()), [](Value& v) { v.setAudioFrameRate(0); }, 1,
+       MediaTime::indefinite()},
       {"0 in seconds", {2.0, kSeconds, k25, 48000}, [](Value& v) { v.setAudioFrameRate(0); }, 1, {}},
       {"time rate", {{1, 600}, k25}, [](Value& v) { v.setTimeRate(48); }, 600, {0, 48, 3, 0}},
       {"best time rate", audioAt(k2997, 44100, 0, {1, 9}), [](Value& v) { v.setTimeRate(kBest); }, 44100,
@@ -180,6 +186,7 @@ const struct {
 };
 
 TEST(QKTimecodeAudioFrames, FollowTheSequenceForTenMinutesFromAnyPhase) {
+  EXPECT_EQ(audioAt(k2997, 48000, 0, {1001, 30000}).privateSampleRemainder(), 0u) << "ticks of another timescale";
   for (const auto& row : kSequences) {
     for (const std::uint64_t phase : {0u, 1u, 7u, 107892u}) {
       Value read = audioAt(row.mode, row.audio, phase), written = read;
