@@ -20,7 +20,7 @@ namespace quill::inline v0 {
 // Where and why an assertion failed.
 struct AssertionFailure {
   std::string_view method;  // "-[QKVideoTimecode videoFrameRate]"
-  const Object* object;     // null for a class operation
+  const Object* object;     // null for a class operation, or an object that is not made yet
   std::string_view file;    // without extension
   int line;
   std::string_view description;
@@ -33,7 +33,7 @@ class QUILL_EXPORT InternalInconsistencyFailure : public std::logic_error {
   ~InternalInconsistencyFailure() override;
 
   const std::string& method() const { return method_; }
-  // "<QKVideoTimecode: 0x7f30c0>", empty for a class operation.
+  // "<QKVideoTimecode: 0x7f30c0>", empty where there is no object.
   const std::string& object() const { return object_; }
   const std::string& file() const { return file_; }
   int line() const { return line_; }
