@@ -14,6 +14,10 @@ class QUILL_EXPORT _QKCustomVideoModeInfo : public Object {
   _QKCustomVideoModeInfo();
   _QKCustomVideoModeInfo(const _QKCustomVideoModeInfo&) = default;
   _QKCustomVideoModeInfo& operator=(const _QKCustomVideoModeInfo&) = default;
+  template <ProperlyDerivedFrom<_QKCustomVideoModeInfo> Derived>
+  _QKCustomVideoModeInfo(const Derived&) = delete;
+  template <ProperlyDerivedFrom<_QKCustomVideoModeInfo> Derived>
+  _QKCustomVideoModeInfo& operator=(const Derived&) = delete;
   ~_QKCustomVideoModeInfo() override;
 
   explicit _QKCustomVideoModeInfo(KeyedCoder& coder);

@@ -25,6 +25,10 @@ class QUILL_EXPORT QKFFTimecodeFormatDeputy : public QKFormatDeputy {
   QKFFTimecodeFormatDeputy();
   QKFFTimecodeFormatDeputy(const QKFFTimecodeFormatDeputy&) = default;
   QKFFTimecodeFormatDeputy& operator=(const QKFFTimecodeFormatDeputy&) = default;
+  template <ProperlyDerivedFrom<QKFFTimecodeFormatDeputy> Derived>
+  QKFFTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKFFTimecodeFormatDeputy> Derived>
+  QKFFTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKFFTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   Ref<Object> copy() const override;

@@ -27,6 +27,10 @@ class QUILL_EXPORT QKHMSTimecodeFormatDeputy : public QKFormatDeputy {
   QKHMSTimecodeFormatDeputy();
   QKHMSTimecodeFormatDeputy(const QKHMSTimecodeFormatDeputy& other);
   QKHMSTimecodeFormatDeputy& operator=(const QKHMSTimecodeFormatDeputy& other);
+  template <ProperlyDerivedFrom<QKHMSTimecodeFormatDeputy> Derived>
+  QKHMSTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKHMSTimecodeFormatDeputy> Derived>
+  QKHMSTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKHMSTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   void* asProtocol(const Protocol& protocol) override;

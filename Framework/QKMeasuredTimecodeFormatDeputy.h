@@ -31,6 +31,10 @@ class QUILL_EXPORT QKMeasuredTimecodeFormatDeputy : public QKFormatDeputy {
   QKMeasuredTimecodeFormatDeputy();
   QKMeasuredTimecodeFormatDeputy(const QKMeasuredTimecodeFormatDeputy& other);
   QKMeasuredTimecodeFormatDeputy& operator=(const QKMeasuredTimecodeFormatDeputy& other);
+  template <ProperlyDerivedFrom<QKMeasuredTimecodeFormatDeputy> Derived>
+  QKMeasuredTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKMeasuredTimecodeFormatDeputy> Derived>
+  QKMeasuredTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKMeasuredTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   Ref<Object> copy() const override;

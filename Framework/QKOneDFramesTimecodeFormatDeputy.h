@@ -95,6 +95,10 @@ class QUILL_EXPORT QKOneDVideoTimecodeFormatDeputy : public QKOneDFramesTimecode
   QKOneDVideoTimecodeFormatDeputy();
   QKOneDVideoTimecodeFormatDeputy(const QKOneDVideoTimecodeFormatDeputy&) = default;
   QKOneDVideoTimecodeFormatDeputy& operator=(const QKOneDVideoTimecodeFormatDeputy&) = default;
+  template <ProperlyDerivedFrom<QKOneDVideoTimecodeFormatDeputy> Derived>
+  QKOneDVideoTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKOneDVideoTimecodeFormatDeputy> Derived>
+  QKOneDVideoTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKOneDVideoTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   const Protocol& requiredProtocol() const override;
@@ -116,6 +120,10 @@ class QUILL_EXPORT QKOneDAudioTimecodeFormatDeputy : public QKOneDFramesTimecode
   QKOneDAudioTimecodeFormatDeputy();
   QKOneDAudioTimecodeFormatDeputy(const QKOneDAudioTimecodeFormatDeputy&) = default;
   QKOneDAudioTimecodeFormatDeputy& operator=(const QKOneDAudioTimecodeFormatDeputy&) = default;
+  template <ProperlyDerivedFrom<QKOneDAudioTimecodeFormatDeputy> Derived>
+  QKOneDAudioTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKOneDAudioTimecodeFormatDeputy> Derived>
+  QKOneDAudioTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKOneDAudioTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   const Protocol& requiredProtocol() const override;

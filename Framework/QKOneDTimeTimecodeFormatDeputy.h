@@ -24,6 +24,10 @@ class QUILL_EXPORT QKOneDTimeTimecodeFormatDeputy : public QKFormatDeputy {
   QKOneDTimeTimecodeFormatDeputy();
   QKOneDTimeTimecodeFormatDeputy(const QKOneDTimeTimecodeFormatDeputy&) = default;
   QKOneDTimeTimecodeFormatDeputy& operator=(const QKOneDTimeTimecodeFormatDeputy&) = default;
+  template <ProperlyDerivedFrom<QKOneDTimeTimecodeFormatDeputy> Derived>
+  QKOneDTimeTimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKOneDTimeTimecodeFormatDeputy> Derived>
+  QKOneDTimeTimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKOneDTimeTimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   void* asProtocol(const Protocol& protocol) override;

@@ -38,6 +38,10 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   QKSMPTETimecodeFormatDeputy();
   QKSMPTETimecodeFormatDeputy(const QKSMPTETimecodeFormatDeputy&) = default;
   QKSMPTETimecodeFormatDeputy& operator=(const QKSMPTETimecodeFormatDeputy&) = default;
+  template <ProperlyDerivedFrom<QKSMPTETimecodeFormatDeputy> Derived>
+  QKSMPTETimecodeFormatDeputy(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKSMPTETimecodeFormatDeputy> Derived>
+  QKSMPTETimecodeFormatDeputy& operator=(const Derived&) = delete;
   ~QKSMPTETimecodeFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
   Ref<Object> copy() const override;

@@ -1,5 +1,5 @@
 // QKTimecodeSegmentNumberFormatter: the number formatter of one field of a timecode, which says while a number is typed
-// whether it can still become a valid one.
+// whether it can still become a valid one. It archives nothing: deputies make theirs anew.
 #pragma once
 
 #include "../Platform/NumberFormatter.h"
@@ -14,6 +14,10 @@ class QUILL_EXPORT QKTimecodeSegmentNumberFormatter : public NumberFormatter {
   QKTimecodeSegmentNumberFormatter();
   QKTimecodeSegmentNumberFormatter(const QKTimecodeSegmentNumberFormatter&) = default;
   QKTimecodeSegmentNumberFormatter& operator=(const QKTimecodeSegmentNumberFormatter&) = default;
+  template <ProperlyDerivedFrom<QKTimecodeSegmentNumberFormatter> Derived>
+  QKTimecodeSegmentNumberFormatter(const Derived&) = delete;
+  template <ProperlyDerivedFrom<QKTimecodeSegmentNumberFormatter> Derived>
+  QKTimecodeSegmentNumberFormatter& operator=(const Derived&) = delete;
   ~QKTimecodeSegmentNumberFormatter() override;
 
   const ClassDescriptor& classDescriptor() const override { return descriptor; }

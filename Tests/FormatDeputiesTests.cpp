@@ -1,7 +1,9 @@
 // The deputies of one notation each: runs the rows of Data/formats.txt, which says how they are written, and what only
 // single cases show. QKSMPTETimecodeFormatDeputyTests.cpp has more of that deputy.
 
+#include "../Framework/QKFFTimecodeFormatDeputy.h"
 #include "../Framework/QKHMSTimecodeFormatDeputy.h"
+#include "../Framework/QKMeasuredTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDFramesTimecodeFormatDeputy.h"
 #include "../Framework/QKOneDTimeTimecodeFormatDeputy.h"
 #include "../Platform/Archive.h"
@@ -11,6 +13,17 @@
 
 namespace quill {
 namespace {
+
+template <class Base>
+struct Derived : Base {};
+template <class... Bases>
+constexpr bool areNeverCutDown = ((!std::is_constructible_v<Bases, const Derived<Bases>&> &&
+                                   !std::is_assignable_v<Bases&, const Derived<Bases>&> &&
+                                   std::is_copy_constructible_v<Derived<Bases>>)&&...);
+static_assert(areNeverCutDown<QKSMPTETimecodeFormatDeputy, QKHMSTimecodeFormatDeputy, QKOneDVideoTimecodeFormatDeputy,
+                              QKOneDAudioTimecodeFormatDeputy, QKOneDTimeTimecodeFormatDeputy,
+                              QKMeasuredTimecodeFormatDeputy, QKFFTimecodeFormatDeputy, _QKCustomVideoModeInfo,
+                              QKTimecodeSegmentNumberFormatter, QKTimecode, QKTimecodeFormatter>);
 
 constexpr std::pair<std::string_view, QKTimecodeFormat> kFormats[] = {
     {"SMPTE", QKTimecodeFormatSMPTE},       {"HMS", QKTimecodeFormatHMS},
