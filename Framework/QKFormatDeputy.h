@@ -2,7 +2,8 @@
 //
 // - A notation has segments, its separately editable fields. A tag names a field of the notation for good; an index is
 //   its place from the left in what is shown now, 0 being the leading segment, which carries the sign.
-// - A deputy reaches a value only through the protocol that requiredProtocol names.
+// - A deputy reaches a value only through the protocol that requiredProtocol names and QKBasicTimecode, which every value
+//   serves as well: one that does not is not seen as negative.
 // - Values come as Object pointers that are never null and are not kept; showing one may bring it to another timescale.
 //   Every out-pointer may be null.
 // - A derived class overrides every operation that is called abstract here; the base logs "Abstract method " and the
@@ -85,7 +86,8 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
 
   // The furthest value that whole steps of a segment reach without passing the bound, the value itself where one step
   // does; for a value already beyond it, the bound (converted into the value's own representation between video
-  // timecodes). Stops early at a step that moves nothing. A null bound reports a light assertion and gives a copy.
+  // timecodes). In ticks it stops early at a step that moves nothing, which values held otherwise may pass over. A null
+  // bound reports a light assertion and gives a copy.
   virtual void getObjectValueNearestToMinimum(Ref<Object>* result, Object* minimum, std::int64_t tag,
                                               Object* object) const;
   virtual void getObjectValueNearestToMaximum(Ref<Object>* result, Object* maximum, std::int64_t tag,

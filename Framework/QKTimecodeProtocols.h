@@ -11,7 +11,7 @@
 
 namespace quill::inline v0 {
 
-// Every timecode value.
+// Every timecode value, whatever else it serves: without it a value is not seen as negative, nor compared.
 class QUILL_EXPORT QKBasicTimecode {
  public:
   // A descriptor named "OrbisBasicTimecode" counts as this protocol.
