@@ -26,6 +26,8 @@ class QUILL_EXPORT QKFormatDeputy : public Object {
   QKFormatDeputy();
   ~QKFormatDeputy() override;
   const ClassDescriptor& classDescriptor() const override { return descriptor; }
+  // Decoding is secure in every deputy that archives.
+  static bool supportsSecureCoding() { return true; }
   void* asProtocol(const Protocol& protocol) override;
   // A plain new deputy; a class with options of its own copies them. A derived class has a descriptor, or a copy(), of its
   // own; else it is copied as its base.

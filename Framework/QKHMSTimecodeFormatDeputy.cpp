@@ -168,8 +168,8 @@ bool QKHMSTimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::string_
     value->setIsNegative(false);
     if (detail::isTyped(hours)) {
       std::int64_t hoursNow = 0;
-      value->getHMSHours(&hoursNow, nullptr, nullptr);
-      if (has24HourRollover_) hours = saturatingAdd(hours, hoursNow / 24 * 24);
+      if (has24HourRollover_) value->getHMSHours(&hoursNow, nullptr, nullptr);
+      hours = saturatingAdd(hours, hoursNow / 24 * 24);
       value->setHMSHours(hours);
     }
     if (detail::isTyped(minutes)) value->setHMSMinutes(minutes);
@@ -280,7 +280,7 @@ bool QKHMSTimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Object>* res
   field = massagedFieldValue(field, tag, object);
   const bool isNegative = value->isNegative();
   double seconds = 0;
-  value->getHMSHours(nullptr, nullptr, &seconds);
+  if (tag >= kSeconds) value->getHMSHours(nullptr, nullptr, &seconds);
   switch (tag) {
     case kHours: value->setHMSHours(field); break;
     case kMinutes: value->setHMSMinutes(field); break;

@@ -68,7 +68,7 @@ bool isOwnDeputy(const QKFormatDeputy& deputy) {
   return std::find(std::begin(kOwn), std::end(kOwn), &typeid(deputy)) != std::end(kOwn);
 }
 
-// Whether the sign of an object would be shown: asking it of a time that is no number is reported.
+// Whether an object is negative; a time that is no number is not asked, since it would report that.
 bool isKnownNegative(Object* object) {
   const auto* timecode = classCast<QKVideoTimecode>(object);
   return (!timecode || timecode->isNumeric()) && detail::isNegative<QKBasicTimecode>(object);
