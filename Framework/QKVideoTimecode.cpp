@@ -75,14 +75,6 @@ WholeAndRest divideByFrameTime(std::uint64_t ticks, std::uint64_t frameTime) {
   return {ticks / frameTime, ticks % frameTime};
 }
 
-// Whether each field stands in its usual range, hours far from what 64 bits of ticks hold.
-bool hasUsualFields(const SMPTEFieldSet& fields, const TimecodeModeRow& row) {
-  constexpr std::uint64_t kHours = 1000000;
-  const auto below = [](std::int64_t field, std::uint64_t end) { return static_cast<std::uint64_t>(field) < end; };
-  return below(fields.hours, kHours) && below(fields.minutes, 60) && below(fields.seconds, 60) &&
-         below(fields.frames, static_cast<std::uint64_t>(row.countingRate));
-}
-
 // Whether a few frames more or less stay within 64 bits of ticks.
 constexpr bool isFarFromEnds(std::int64_t ticks) {
   constexpr std::int64_t kEnd = std::int64_t{1} << 62;
@@ -691,11 +683,15 @@ SMPTEFieldSet QKVideoTimecode::privateFields() {
 
 void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours, std::int64_t minutes, std::int64_t seconds,
                                            std::int64_t frames, double fractionalFrames) {
+  const SMPTEFieldSet label{hours, minutes, seconds, frames, 0};
+  if (const auto* row = rowAtBest(); row && hasUsualFields(*row, label)) {
+    writeUsualFields(*row, label, fractionalFrames);
+    return;
+  }
   const bool wasNegative = isNegative();
   _normalizeTimeScaleForFrameRateIfNecessary();
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
-  const SMPTEFieldSet label{hours, minutes, seconds, frames, 0};
   if (flags_.useSeconds) {
     seconds_ = scale.secondsOf(label, fractionalFrames);  // the sign is lost, on purpose
     return;
@@ -718,26 +714,36 @@ bool QKVideoTimecode::canSetSMPTEFieldsAtOnce(SMPTEPosition* now) {
   return true;
 }
 
-bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
-  const auto* row = rowAtBest();
-  if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(label, *row)) return false;
-  const SMPTECounting& counting = *SMPTECounting::ofMode(mode_);
-  const auto frameTicks = static_cast<std::uint64_t>(row->ticksPerFrame());
-  const auto [frames, rest] = divideByFrameTime(magnitudeOf(time_.value), frameTicks);
-  if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * counting.framesPerHour)) return false;
-  time_.value = frameFromLabel(counting, label) * static_cast<std::int64_t>(frameTicks);
+bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
+  const auto* row = timecodeModeRow(mode_);
+  if (!hasUsualFields(*row, fields)) return false;
+  writeUsualFields(*row, fields, fractionalFrames);
   return true;
 }
 
-bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames) {
-  const auto* row = timecodeModeRow(mode_);
-  if (!hasUsualFields(fields, *row)) return false;
-  std::int64_t frameTicks = row->ticksPerFrame();
-  if (time_.timescale != row->tickRate) frameTicks *= time_.timescale / static_cast<std::int32_t>(row->tickRate);
-  std::int64_t ticks = frameFromLabel(*SMPTECounting::ofMode(mode_), fields) * frameTicks;  // below 2^63
-  if (fractionalFrames != 0) ticks += saturateToInt64(static_cast<double>(frameTicks) * fractionalFrames + 0.5);
-  time_.value = time_.value < 0 ? -ticks : ticks;
+bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
+  const auto* row = rowAtBest();
+  if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(*row, label)) return false;
+  const std::int64_t framesOfDay = 24 * SMPTECounting::ofMode(mode_)->framesPerHour;
+  const auto frameTicks = static_cast<std::uint64_t>(row->ticksPerFrame());
+  const auto [frames, rest] = divideByFrameTime(magnitudeOf(time_.value), frameTicks);
+  if (rest != 0 || frames >= static_cast<std::uint64_t>(framesOfDay)) return false;
+  time_.value = ticksOfUsualLabel(*row, label);
   return true;
+}
+
+// At the tick rate of a fixed mode or a multiple of it, with the sign that the value has.
+void QKVideoTimecode::writeUsualFields(const TimecodeModeRow& row, const SMPTEFieldSet& fields, double fraction) {
+  std::int64_t frameTicks = row.ticksPerFrame(), ticks = ticksOfUsualLabel(row, fields);  // below 2^63
+  if (time_.timescale != row.tickRate) {
+    const std::int32_t times = time_.timescale / static_cast<std::int32_t>(row.tickRate);
+    frameTicks *= times;
+    ticks *= times;
+  }
+  if (fraction != 0) {
+    ticks = saturatingAdd(ticks, saturateToInt64(static_cast<double>(frameTicks) * fraction + 0.5));
+  }
+  time_.value = time_.value < 0 ? -ticks : ticks;
 }
 
 void QKVideoTimecode::privateSetSMPTEHours(std::int64_t hours) {
@@ -891,7 +897,7 @@ Number QKVideoTimecode::privateTimeForHours(std::int64_t hours, std::int64_t min
 
 SMPTEFieldSet QKVideoTimecode::privateNormalizeHMSFs(const SMPTEFieldSet& fields) const {
   const auto* row = timecodeModeRow(mode_);
-  if (row && !flags_.useSeconds && hasUsualFields(fields, *row) && fields.subframes >= 0 &&
+  if (row && !flags_.useSeconds && hasUsualFields(*row, fields) && fields.subframes >= 0 &&
       fields.subframes < kSubframesPerFrame) {
     return fields;
   }

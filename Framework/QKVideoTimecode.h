@@ -349,6 +349,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
     return isUsual && _bestTimeScale() == row->tickRate ? row : nullptr;
   }
   SMPTEPosition unusualPosition();
+  void writeUsualFields(const TimecodeModeRow& row, const SMPTEFieldSet& fields, double fraction);
   bool addFramesAtBest(std::uint64_t frames, bool isNegativeDelta);
   std::uint64_t frameCountSum(std::uint64_t a, std::uint64_t b) const;
   SMPTECounting counting() const;

@@ -92,13 +92,6 @@ SMPTEPosition positionInMode(std::uint64_t ticks) {
   return position;
 }
 
-using LabelFunction = SMPTEFieldSet (*)(std::uint64_t frames);
-
-constexpr auto kLabelFunctions = []<std::size_t... modes>(std::index_sequence<modes...>) {
-  return std::array<LabelFunction, sizeof...(modes)>{labelInMode<modes>...};
-}
-(std::make_index_sequence<detail::kModeCountings.size()>());
-
 struct PlainArithmetic {
   static std::int64_t add(std::int64_t a, std::int64_t b) { return a + b; }
   static std::int64_t multiply(std::int64_t a, std::int64_t b) { return a * b; }
@@ -125,21 +118,33 @@ std::int64_t wholeRateFrame(const SMPTECounting& counting, const SMPTEFieldSet& 
   return add(add(n, multiply(label.seconds, counting.whole)), label.frames);
 }
 
+template <std::size_t mode>
+std::int64_t ticksInMode(const SMPTEFieldSet& label) {
+  constexpr const TimecodeModeRow& row = kTimecodeModeTable[mode];
+  if constexpr (row.kind == TimecodeModeKind::Duration) {
+    const std::int64_t seconds = (label.hours * 60 + label.minutes) * 60 + label.seconds;
+    return seconds * row.tickRate + label.frames * row.ticksPerFrame();
+  } else {
+    return wholeRateFrame<PlainArithmetic>(detail::kModeCountings[mode], label) * row.ticksPerFrame();
+  }
+}
+
 // Whether the minute skips labels in a drop-frame mode.
 bool dropsLabels(std::int64_t minute) { return minute % 10 != 0; }
 
 }  // namespace
 
-constinit const std::array<detail::PositionFunction, std::size(kTimecodeModeTable)> detail::kPositionFunctions =
+constinit const std::array<detail::ModeFunctions, std::size(kTimecodeModeTable)> detail::kModeFunctions =
     []<std::size_t... modes>(std::index_sequence<modes...>) {
-  return std::array<PositionFunction, sizeof...(modes)>{positionInMode<modes>...};
+  return std::array<ModeFunctions, sizeof...(modes)>{
+      ModeFunctions{labelInMode<modes>, positionInMode<modes>, ticksInMode<modes>}...};
 }
 (std::make_index_sequence<std::size(kTimecodeModeTable)>());
 
 SMPTEFieldSet labelFromFrame(const SMPTECounting& counting, std::int64_t n) {
   if (counting.whole > 0 && n >= 0) {
     const auto frames = static_cast<std::uint64_t>(n);
-    return counting.fixedMode >= 0 ? kLabelFunctions[static_cast<std::size_t>(counting.fixedMode)](frames)
+    return counting.fixedMode >= 0 ? detail::kModeFunctions[static_cast<std::size_t>(counting.fixedMode)].label(frames)
                                    : wholeRateLabel(counting, frames);
   }
   SMPTEFieldSet label;

@@ -82,15 +82,35 @@ struct SMPTEPosition {
 };
 
 namespace detail {
+struct ModeFunctions {
+  SMPTEFieldSet (*label)(std::uint64_t frames);
+  SMPTEPosition (*position)(std::uint64_t ticks);
+  std::int64_t (*ticks)(const SMPTEFieldSet& label);
+};
 // By mode.
-using PositionFunction = SMPTEPosition (*)(std::uint64_t ticks);
-QUILL_EXPORT extern const std::array<PositionFunction, std::size(kTimecodeModeTable)> kPositionFunctions;
+QUILL_EXPORT extern const std::array<ModeFunctions, std::size(kTimecodeModeTable)> kModeFunctions;
 }  // namespace detail
 
 // Where a count of ticks lies, at the tick rate of a fixed mode. In a duration mode the label is elapsed time.
 // (the row of 29.97df, 1800 * 80080 + 40040) gives 00:01:00;02 and 0.5.
 inline SMPTEPosition positionAtTicks(const TimecodeModeRow& row, std::uint64_t ticks) {
-  return detail::kPositionFunctions[static_cast<std::size_t>(row.mode)](ticks);
+  return detail::kModeFunctions[static_cast<std::size_t>(row.mode)].position(ticks);
+}
+
+// Whether each field stands in its usual range, subframes aside: below a million hours, 60 minutes, 60 seconds and the
+// labels of a second.
+constexpr bool hasUsualFields(const TimecodeModeRow& row, const SMPTEFieldSet& label) {
+  const auto below = [](std::int64_t field, std::int64_t end) {
+    return static_cast<std::uint64_t>(field) < static_cast<std::uint64_t>(end);
+  };
+  return below(label.hours, 1000000) && below(label.minutes, 60) && below(label.seconds, 60) &&
+         below(label.frames, row.countingRate);
+}
+
+// And back, for a label of usual fields: the ticks of its frame. One that drop-frame skips gives the first frame of its
+// minute; in a duration mode frames past the end of a second lie in the next.
+inline std::int64_t ticksOfUsualLabel(const TimecodeModeRow& row, const SMPTEFieldSet& label) {
+  return detail::kModeFunctions[static_cast<std::size_t>(row.mode)].ticks(label);
 }
 
 // The frame number of a label, subframes aside: a whole number except at fractional rates. A label that drop-frame
