@@ -81,7 +81,9 @@ class Walk {
     std::apply([&](auto... n) { (static_cast<T&>(object).*function)(n...); }, std::tuple{some(Arguments())...});
   }
   template <auto function> static void op(Walk& walk) { walk.call(function); }
-  static constexpr void (*kOps[])(Walk&) = {  // 9 of the formatter, 16 of every class, 9 of audio, 14 of the rest
+  static constexpr void (*kOps[])(Walk&) = {  // 15 of the formatter, 16 of every class, 9 of audio, 14 of the rest
+      op<&F::setHMSSecondsDecimalPlaces>, op<&F::setODTSecondsDecimalPlaces>, op<&F::setMBeatsDecimalPlaces>,
+      op<&F::setMSeparator>, op<&F::setFFSeparator>, op<&F::setMIsDivisionsFieldDropped>,
       op<&F::setAllowsNegative>, op<&F::setSMPTEDisplaysFrames>, op<&F::setSMPTEDisplaysQuarterFrames>,
       op<&F::setFFDisplaysQuarterFrames>, op<&F::setSMPTEDisplaysHours>, op<&F::setSMPTEDisplaysSubframes>,
       op<&F::setSMPTEHas24HourRollover>, op<&F::setHMSHas24HourRollover>, op<&F::setMDisplaysDivisionsAndTicks>,
@@ -100,8 +102,8 @@ class Walk {
   void act() {
     auto* const a = classCast<A>(value_.get());
     auto* const x = classCast<X>(value_.get());
-    const UInt choice = (isFar_ ? 0 : 3) + random_.below(80);
-    if (choice < (x ? std::size(kOps) : a ? 34 : 25)) return kOps[choice](*this);
+    const UInt choice = (isFar_ ? 0 : 9) + random_.below(80);
+    if (choice < (x ? std::size(kOps) : a ? 40 : 31)) return kOps[choice](*this);
     const auto mode = static_cast<QKSMPTETimecodeMode>(random_.below(20 + (isFar_ && random_.flip())));
     switch (random_.below(11)) {
       case 0: return value_->setTimeValue({some(Int()) - 20000 * !isFar_, random_.of({1, 24, 90000, 2400000})});
