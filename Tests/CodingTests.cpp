@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <limits>
 
 namespace quill {
@@ -77,31 +79,10 @@ TEST(Coding, EveryClassMakesAndCopiesItsOwnAndArchivesWhereItSaysSo) {
 }
 
 TEST(Coding, FormattersWithAllOptionsChangedComeBack) {
-  QKTimecodeFormatter formatter;
-  expectComesBack(formatter.copy(), false);
-  QKTimecode low(MediaTime(-5, 3), QKSMPTETimecodeMode_25);
-  QKVideoTimecode high(MediaTime(50, 3), QKSMPTETimecodeMode_30);
-  formatter.setAllowsNegative(true);
-  formatter.setTimecodeFormat(QKTimecodeFormatSeconds);
-  formatter.setMinimum(&low);
-  formatter.setMaximum(&high);
-  formatter.setDefaultObjectPrototype(
-      std::make_shared<QKExtendedTimecode>(2.5, QKTimecodeUseSeconds, QKSMPTETimecodeMode_24));
-  formatter.setSMPTEStringInterpretation(OrbSMPTEStringInterpretationDiscardingUpper);
-  formatter.setSMPTEDisplaysHours(false);
-  formatter.setSMPTEDisplaysSubframes(true);
-  formatter.setSMPTEDisplaysQuarterFrames(true);
-  formatter.setSMPTEDisplaysFrames(false);
-  formatter.setSMPTEHas24HourRollover(false);
-  formatter.setHMSSecondsDecimalPlaces(7);
-  formatter.setHMSHas24HourRollover(true);
-  formatter.setODTSecondsDecimalPlaces(1);
-  formatter.setMSeparator(0);
-  formatter.setMDisplaysDivisionsAndTicks(false);
-  formatter.setMIsDivisionsFieldDropped(true);
-  formatter.setMBeatsDecimalPlaces(5);
-  formatter.setFFSeparator(2);
-  formatter.setFFDisplaysQuarterFrames(true);
+  expectComesBack(std::make_shared<QKTimecodeFormatter>(), false);
+  std::ifstream stream(QUILL_TEST_DATA "/formatter-4-keyed.quill", std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+  QKTimecodeFormatter formatter = *unarchived<QKTimecodeFormatter>(bytes);
   for (const char* symbol : {"", "none \xE2\x80\x94", "\xFF"}) {
     formatter.setNilSymbol(symbol);
     for (std::int64_t format = -1; format <= 7; ++format) {

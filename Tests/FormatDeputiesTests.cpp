@@ -36,7 +36,7 @@ class Section {
  public:
   using Make = std::function<Ref<Object>(const std::string& position)>;
 
-  explicit Section(const std::string& header) : words_(split(header, " ")) {
+  explicit Section(const std::string& header) : words_(partsOf(header, " ")) {
     const auto number = [](auto make) {
       return [make](const std::string& position) { return make(doubleOf(position)); };
     };

@@ -1,54 +1,19 @@
-// What the tests of formatters and deputies show, type into and step: values written as labels, a host's own value, and
-// tables written as text.
+// What the tests of formatters and deputies show, type into and step: values written as labels, and a host's own value.
 #pragma once
 
 #include "../Framework/QKTimecode.h"
 #include "../Framework/QKTimecodeFormatter.h"
 #include "OpenVideoTimecode.h"
 #include "ReportRecorder.h"
+#include "TextTable.h"
 
-#include <gtest/gtest.h>
-
-#include <limits>
 #include <random>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace quill {
 
-inline constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-inline constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
-
-inline std::vector<std::string> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string> parts;
-  for (std::size_t end; (end = text.find(separator)) != text.npos; text.remove_prefix(end + separator.size()))
-    parts.emplace_back(text.substr(0, end));
-  parts.emplace_back(text);
-  return parts;
-}
-
-// Runs each row of a table with its left and right side; a failure shows the row. "1 2 > 3; 4 5 > 6" is two rows.
-template <class Act>
-void eachRow(std::string_view table, Act act) {
-  for (const std::string& row : split(table, "; ")) {
-    SCOPED_TRACE(row);
-    const std::size_t middle = row.find(" > ");
-    act(row.substr(0, middle), row.substr(middle + 3));
-  }
-}
-
 // The value that reads "-0:01:00:10.40": a minute and ten and a half frames before zero. The subframes may be left out.
 inline Ref<QKVideoTimecode> timecodeAt(QKSMPTETimecodeMode mode, const std::string& label) {
-  std::int64_t f[5] = {}, *field = f;
-  for (const char c : label) {
-    if (c == ':' || c == '.') ++field;
-    if (c >= '0' && c <= '9') *field = *field * 10 + (c - '0');
-  }
-  OpenVideoTimecode value(kMediaTimeZero, mode);
-  value.privateSetSMPTEHours(f[0], f[1], f[2], f[3], static_cast<double>(f[4]) / 80);
-  value.setIsNegative(label.starts_with('-'));
-  return std::make_shared<QKVideoTimecode>(static_cast<const QKVideoTimecode&>(value));
+  return std::make_shared<QKVideoTimecode>(static_cast<const QKVideoTimecode&>(valueAt(mode, label)));
 }
 
 // A value of a host: it conforms by protocols alone, and keeps a video timecode inside.
@@ -101,13 +66,13 @@ class Random {
   }
   // Of any magnitude, either sign, the ends included.
   std::int64_t integer() {
-    if (below(8) == 0) return of<std::int64_t>({kLowest, kLowest + 1, -1, 0, 1, kHighest});
+    if (below(8) == 0) return of<std::int64_t>({kInt64Lowest, kInt64Lowest + 1, -1, 0, 1, kInt64Highest});
     const auto magnitude = static_cast<std::int64_t>(bits_() >> (1 + below(63)));
     return flip() ? magnitude : -magnitude;
   }
 
   std::string text() {
-    static const auto pieces = split(
+    static const auto pieces = partsOf(
         "0|1|7|59|99|00:00:10:12|9223372036854775807|9223372036854775808|18446744073709551616|"
         "99999999999999999999999999999999999999|:|;|.|,|/|::|+|-|--| |\t|\u2003|\u2014|"
         "\u2014:\u2014:\u2014:\u2014|x|e9|inf|nan|\xFF|\xE2\x80|\uFF11|\U0001F3AC|%s|\\",

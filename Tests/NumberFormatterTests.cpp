@@ -2,40 +2,10 @@
 
 #include "../Framework/QKTimecodeSegmentNumberFormatter.h"
 #include "../Platform/IntegerMath.h"
-#include "TextTable.h"
+#include "NumberSettings.h"
 
 namespace quill {
 namespace {
-
-// A formatter with settings as Data/platform.txt has them.
-template <class Formatter = NumberFormatter>
-Formatter formatterOf(const std::string& settings) {
-  Formatter f;
-  f.setLocale(Locale{});
-  for (const std::string& setting : partsOf(settings, " ")) {
-    const std::string value = setting.substr(1);
-    switch (setting[0]) {
-      case 'i': f.setMinimumIntegerDigits(std::stoll(value)); break;
-      case 'I': f.setMaximumIntegerDigits(std::stoll(value)); break;
-      case 'f': f.setMinimumFractionDigits(std::stoll(value)); break;
-      case 'F': f.setMaximumFractionDigits(std::stoll(value)); break;
-      case 'd': f.setNumberStyle(NumberFormatter::DecimalStyle); break;
-      case 'n': f.setNumberStyle(NumberFormatter::NoStyle); break;
-      case 'l':
-        f.setLocale({std::string(substring(value, {0, 1})), std::string(substring(value, {1, 1})),
-                     std::string(substring(value, {2, 1}))});
-        break;
-      case 'g': f.setUsesGroupingSeparator(value == "1"); break;
-      case 's': f.setGroupingSeparator(value); break;
-      case '<': f.setMinimum(numberOf(value)); break;
-      case '>': f.setMaximum(numberOf(value)); break;
-      case 'z': f.setNilSymbol(value); break;
-      case '0': f.setZeroSymbol(value); break;
-      default: ADD_FAILURE() << setting;
-    }
-  }
-  return f;
-}
 
 TEST(NumberFormatter, KeepsDigitCountsInOrder) {
   eachRowIn("platform.txt", "digit counts", [](const Cells& row) {

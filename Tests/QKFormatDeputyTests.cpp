@@ -44,44 +44,29 @@ TEST(QKFormatDeputy, AbstractOperationsLogAndAnswer) {
 
 TEST(QKFormatDeputy, TrimsOneSignAndChecksWhatIsTyped) {
   const QKFormatDeputy deputy;
-  // A text; its sign and the rest between bars, and the error of either operation.
-  eachRow(
-      " > 0||; 12 > 0|12|;  12 > 0| 12|; +12 > 1|12|; + > 1||; +\u2003 > 1||;  -5 > -1|5|; \t+ 5 > 1| 5|; 1 2  > 0|1 2 "
-      "|; "
-      "01:02;03.04,05 > 0|01:02;03.04,05|; \u2003-5 > -1|5|; +-5 > 1|-5|Illegal character.; "
-      "- -5 > -1| -5|Illegal character.; 1- > 0|1-|Illegal character.; 1a > 0|1a|Illegal character.; "
-      "1/2 > 0|1/2|Illegal character.; \xFF- > 0|\xFF-|Illegal character.; 1\uFF11 > 0|1\uFF11|Illegal character.; "
-      "--3 > Excess + or -'s; ++ > Excess + or -'s;  --- > Excess + or -'s",
-      [&](const std::string& text, const std::string& expected) {
-        std::string_view trimmed;
-        std::int64_t sign = 7;
-        std::string trimError, typeError;
-        const bool isTrimmed = QKFormatDeputy::trimSignFromString(text, &trimmed, &sign, &trimError);
-        const bool isValid = deputy.isPartialStringValid(text, &typeError);
-        EXPECT_EQ(isTrimmed, QKFormatDeputy::trimSignFromString(text, nullptr, nullptr, nullptr));
-        EXPECT_EQ(isTrimmed ? std::to_string(sign) + '|' + std::string(trimmed) + '|' + typeError : trimError,
-                  expected);
-        EXPECT_TRUE(isTrimmed ? isValid == typeError.empty() : !isValid && typeError == trimError);
-      });
+  eachPairIn("deputies.txt", "signs", [&](const std::string& text, const std::string& expected) {
+    std::string_view trimmed;
+    std::int64_t sign = 7;
+    std::string trimError, typeError;
+    const bool isTrimmed = QKFormatDeputy::trimSignFromString(text, &trimmed, &sign, &trimError);
+    const bool isValid = deputy.isPartialStringValid(text, &typeError);
+    EXPECT_EQ(isTrimmed, QKFormatDeputy::trimSignFromString(text, nullptr, nullptr, nullptr));
+    EXPECT_EQ(isTrimmed ? std::to_string(sign) + '|' + std::string(trimmed) + '|' + typeError : trimError, expected);
+    EXPECT_TRUE(isTrimmed ? isValid == typeError.empty() : !isValid && typeError == trimError);
+  });
 }
 
 TEST(QKFormatDeputy, MassagingGivesTheLeadingSegmentsSignToTheValue) {
-  // A label, a tag (which is the index) and the number typed there; the label after it, the magnitude, a report.
-  eachRow(
-      "0:00:01:00 0 -5 > -0:00:01:00 5; -0:00:01:00 0 5 > 0:00:01:00 5; -0:00:01:00 0 0 > 0:00:01:00 0; "
-      "-0:00:01:00 1 5 > -0:00:01:00 5; 0:00:01:00 0 -9223372036854775808 > -0:00:01:00 9223372036854775807; "
-      "0:00:01:00 1 -5 > -0:00:01:00 5 MyAssertMessage: segmentIndex == 0,  file: QKFormatDeputy, line: 348, value: "
-      "0\n",
-      [](const std::string& left, const std::string& right) {
-        const auto words = split(left, " ");
-        const ReportRecorder reports;
-        const Ref<QKVideoTimecode> value = timecodeAt(k25, words[0]);
-        const QKHMSTimecodeFormatDeputy deputy;
-        const auto magnitude = deputy.massagedFieldValue(std::stoll(words[2]), std::stoll(words[1]), value.get());
-        EXPECT_EQ(
-            labelOf(value) + ' ' + std::to_string(magnitude) + (reports.lights.empty() ? "" : ' ' + reports.lights[0]),
-            right);
-      });
+  eachPairIn("deputies.txt", "massaged fields", [](const std::string& left, const std::string& right) {
+    const auto words = partsOf(left, " ");
+    const ReportRecorder reports;
+    const Ref<QKVideoTimecode> value = timecodeAt(k25, words[0]);
+    const QKHMSTimecodeFormatDeputy deputy;
+    const auto magnitude = deputy.massagedFieldValue(std::stoll(words[2]), std::stoll(words[1]), value.get());
+    EXPECT_EQ(
+        labelOf(value) + ' ' + std::to_string(magnitude) + (reports.lights.empty() ? "" : ' ' + reports.lights[0]),
+        right);
+  });
 }
 
 // ---- The nearest value within a bound ----
@@ -114,8 +99,8 @@ TEST(QKFormatDeputyNearest, IsWhereTheWalkEnds) {
   ReportRecorder reports;
   QKSMPTETimecodeFormatDeputy deputy;
   deputy.setDisplaysSubframes(true);
-  const auto labels =
-      split("0:00:00:00 -0:00:00:03 0:00:01:07.40 -0:01:01:10.40 0:00:50:05 0:01:02:03 0:02:00:00 1:09:59:29.05", " ");
+  const auto labels = partsOf(
+      "0:00:00:00 -0:00:00:03 0:00:01:07.40 -0:01:01:10.40 0:00:50:05 0:01:02:03 0:02:00:00 1:09:59:29.05", " ");
   int walked = 0;
   for (const auto mode : {k25, k2997Drop, k5994Drop, k2997Duration}) {
     for (const std::string& from : labels) {
@@ -140,18 +125,12 @@ TEST(QKFormatDeputyNearest, IsWhereTheWalkEnds) {
 TEST(QKFormatDeputyNearest, NeedsNoBillionSteps) {
   QKSMPTETimecodeFormatDeputy deputy;
   deputy.setDisplaysSubframes(true);
-  eachRow(
-      "120 0:00:00:00 4 99:59:59:119.79 > 99:59:59:119.79; "  // 3.5 billion steps
-      "120 0:00:00:00.05 4 -99:59:59:119.79 > -99:59:59:119.79; 120 0:00:00:01.05 3 99:59:59:119.79 > 99:59:59:119.05; "
-      "29.97df 0:00:00:00 0 1000000000:00:00:00 > 1000000000:00:00:00; "
-      "29.97df 0:00:00:05 2 1000000:00:00:04 > 999999:59:59:05; "
-      "25 2000000000:00:00:10 0 -1:00:00:00 > 0:00:00:10; 25 2000000000:00:00:10 0 -2:00:00:00 > -1:00:00:10",
-      [&](const std::string& left, const std::string& right) {
-        const auto words = split(left, " ");
-        const auto mode = timecodeModeNamed(words[0]).value();
-        const Ref<QKVideoTimecode> value = timecodeAt(mode, words[1]), bound = timecodeAt(mode, words[3]);
-        EXPECT_EQ(nearest(deputy, std::stoll(words[2]), *bound, *value), right);
-      });
+  eachPairIn("deputies.txt", "nearest values", [&](const std::string& left, const std::string& right) {
+    const auto words = partsOf(left, " ");
+    const auto mode = timecodeModeNamed(words[0]).value();
+    const Ref<QKVideoTimecode> value = timecodeAt(mode, words[1]), bound = timecodeAt(mode, words[3]);
+    EXPECT_EQ(nearest(deputy, std::stoll(words[2]), *bound, *value), right);
+  });
 }
 
 TEST(QKFormatDeputyNearest, IsTheBoundForAValueBeyondItAndTheValueWithoutABound) {
@@ -202,47 +181,32 @@ TEST(SharedDeputyFormatters, AreMadeOnceEachWithItsDigitsAndMinimum) {
 }
 
 TEST(FieldScanning, SplitsDigitsAtSeparators) {
-  // A capacity and a text; its fields. Empty fields are 0; one too many starts over and drops the rest of its run.
-  eachRow(
-      "4 10:20:30:40 > 10 20 30 40; 3 10:20:30:40 > 10 20 30; 5 1.2;3,4 > 1 2 3 4; 4  > ; 4  \t\u2003 > ; 0 12 > ; "
-      "-1 12 > ; 4 -5 > ; 4 \xFF > ; 4 \uFF11 > ; 4 12x34 > 12; 4 1:x > 1; 4 1\xFF:2 > 1; 4 1: > 1 0; 4 :5 > 0 5; "
-      "4 1::2 > 1 0 2; 4 : > 0; 4 ::5 > 0 0 5; 4 1;.2 > 1 0 2; 3 1::::5 > 5; 3 1:::::5:6 > 5 6; 2 1::: > ; 1 ::5 > 5; "
-      "2 1::2:3 > 1 0; 4  1 : 2  > 1 2; 4 1 2 > 1 2; 4 1: :2 > 1 2; 4 1:  > 1 0; 4 1\u2003:2 > 1 2; "
-      "4 9223372036854775806:9223372036854775808 > 9223372036854775806 9223372036854775807; "
-      "4 123456789012345678:000000000000000000012 > 123456789012345678 12",
-      [separators = CharacterSet(",.;:")](const std::string& left, const std::string& expected) {
-        const std::int64_t capacity = std::stoll(left);
-        std::int64_t fields[6] = {-7, -7, -7, -7, -7, -7}, count = -1;
-        const bool isFound =
-            privateScanStringIntoFieldArray(left.substr(left.find(' ') + 1), fields, capacity, &count, separators);
-        EXPECT_EQ(fields[std::max<std::int64_t>(capacity, 0)], -7) << "past the capacity";
-        std::string got;
-        for (std::int64_t i = 0; i < count; ++i) (got += i == 0 ? "" : " ") += std::to_string(fields[i]);
-        EXPECT_EQ(got, expected);
-        EXPECT_EQ(isFound, !expected.empty());
-      });
+  eachPairIn("deputies.txt", "scanned fields",
+             [separators = CharacterSet(",.;:")](const std::string& left, const std::string& expected) {
+               const std::int64_t capacity = std::stoll(left);
+               std::int64_t fields[6] = {-7, -7, -7, -7, -7, -7}, count = -1;
+               const bool isFound = privateScanStringIntoFieldArray(left.substr(left.find(' ') + 1), fields, capacity,
+                                                                    &count, separators);
+               EXPECT_EQ(fields[std::max<std::int64_t>(capacity, 0)], -7) << "past the capacity";
+               std::string got;
+               for (std::int64_t i = 0; i < count; ++i) (got += i == 0 ? "" : " ") += std::to_string(fields[i]);
+               EXPECT_EQ(isFound ? got : "none", expected);
+             });
 }
 
 TEST(DeputyStrings, AreReadAndChangedAtTheirHead) {
-  // A text; its number, its leading zeros as spaces, and its digits.
-  eachRow(
-      " > 0||; abc > 0|abc|; -1 > 0|-1|;   42abc > 42|  42abc|; 0 > 0|0|0; 000 > 0|  0|000; 007 > 7|  7|007; "
-      "100 > 100|100|100; 00a > 0| 0a|00;  07 > 7| 07|; 1.5 > 1|1.5|1; 0\xFF > 0|0\xFF|0; "
-      "1844674407370955161 > 1844674407370955161|1844674407370955161|1844674407370955161; "  // no further digit
-      "18446744073709551609 > 18446744073709551609|18446744073709551609|18446744073709551609; "
-      "18446744073709551610 > 18446744073709551615|18446744073709551610|18446744073709551610; "
-      "99999999999999999999999 > 18446744073709551615|99999999999999999999999|99999999999999999999999",
-      [](const std::string& text, const std::string& expected) {
-        EXPECT_EQ(std::to_string(unsignedLongLongValue(text)) + '|' + stringWithDigitSpacesForLeadingZeroes(text) +
-                      '|' + std::string(stringByTrimmingNondecimalsFromEnd(text)),
-                  expected);
-        EXPECT_EQ(stringWithLocalizedDecimalSeparatorForDot(text), text);
-      });
+  eachPairIn("deputies.txt", "heads of texts", [](const std::string& text, const std::string& expected) {
+    EXPECT_EQ(std::to_string(unsignedLongLongValue(text)) + '|' + stringWithDigitSpacesForLeadingZeroes(text) + '|' +
+                  std::string(stringByTrimmingNondecimalsFromEnd(text)),
+              expected);
+    EXPECT_EQ(stringWithLocalizedDecimalSeparatorForDot(text), text);
+  });
   const struct {
     std::int64_t whole, fraction, digits;
     double number;
-  } rows[] = {{-1, 25, 2, -0.75}, {7, -5, 1, 7},       {2, 3, -1, 32},     {0, 1, 22, 1e-22},         {0, 3, 30, 3e-30},
-              {0, 1, -25, 1e25},  {1, 1, kHighest, 1}, {5, 0, kLowest, 5}, {0, 1, kLowest, kInfinity}};
+  } rows[] = {{-1, 25, 2, -0.75},       {7, -5, 1, 7},           {2, 3, -1, 32},
+              {0, 1, 22, 1e-22},        {0, 3, 30, 3e-30},       {0, 1, -25, 1e25},
+              {1, 1, kInt64Highest, 1}, {5, 0, kInt64Lowest, 5}, {0, 1, kInt64Lowest, kInfinity}};
   for (const auto& [whole, fraction, digits, number] : rows)
     EXPECT_DOUBLE_EQ(privateDoubleFromIntegerPartAndFractionalPart(whole, fraction, digits), number) << digits;
 }

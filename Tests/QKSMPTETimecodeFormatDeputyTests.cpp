@@ -30,22 +30,18 @@ TEST(QKSMPTEDeputy, RendersOtherRatesAndValues) {
 }
 
 TEST(QKSMPTEDeputy, IndexesOutOfBoundsFail) {
-  // Options and an index, the tag answered, the lines reported.
-  eachRow(
-      "hf 4 > 0 593; f 3 > 0 587; f 4 > 0 590 593; fs 4 > 4 590; fq 4 > 5 590; hf 5 > 0 596; hfs 5 > 0 596; "
-      "hf -1 > 0 596; fs 3 > 4",
-      [](const std::string& call, const std::string& answer) {
-        ReportRecorder reports(ReportRecorder::Returned);
-        const auto words = split(call, " ");
-        std::string got = std::to_string(deputyOf(words[0]).segmentTagForIndex(std::stoll(words[1]), nullptr));
-        for (const RecordedAssertion& assertion : reports.assertions) {
-          got += ' ' + std::to_string(assertion.line);
-          EXPECT_EQ(assertion.file + ' ' + assertion.description,
-                    "QKSMPTETimecodeFormatDeputy -[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] "
-                    "out-of-bounds segmentIndex.");
-        }
-        EXPECT_EQ(got, answer);
-      });
+  eachPairIn("deputies.txt", "indexes", [](const std::string& call, const std::string& answer) {
+    ReportRecorder reports(ReportRecorder::Returned);
+    const auto words = partsOf(call, " ");
+    std::string got = std::to_string(deputyOf(words[0]).segmentTagForIndex(std::stoll(words[1]), nullptr));
+    for (const RecordedAssertion& assertion : reports.assertions) {
+      got += ' ' + std::to_string(assertion.line);
+      EXPECT_EQ(assertion.file + ' ' + assertion.description,
+                "QKSMPTETimecodeFormatDeputy -[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] "
+                "out-of-bounds segmentIndex.");
+    }
+    EXPECT_EQ(got, answer);
+  });
   bool left = true, right = false;
   deputyOf("hf").segmentWithTagHasPadding(6, &left, &right, nullptr);
   EXPECT_TRUE(left && !right) << "unknown tags are left alone";
@@ -65,7 +61,7 @@ std::string parsed(const QKSMPTETimecodeFormatDeputy& deputy, std::uint64_t inte
 }
 
 TEST(QKSMPTEDeputy, WritesAVideoTimecodeAsAHostsValueFieldByField) {
-  const auto fields = split("0 1 2 9 23 29 59 60 79 80 119 120 999 4000000000000 9223372036854775807", " ");
+  const auto fields = partsOf("0 1 2 9 23 29 59 60 79 80 119 120 999 4000000000000 9223372036854775807", " ");
   Random random;
   const ReportRecorder reports;
   for (int i = 0; i < 20000; ++i) {

@@ -116,16 +116,12 @@ TEST(QKTimecodeFormatterWholeStrings, ADeputyMustGiveATimecode) {
 TEST(QKTimecodeFormatterWholeStrings, PartialStringsStartWithoutWhiteSpace) {
   QKTimecodeFormatter formatter;
   formatter.setSMPTEDisplaysQuarterFrames(true);
-  // A text; whether it is valid, the text proposed and the error.
-  eachRow(
-      " 1 > 0 as before, as before; \t > 0 as before, as before; \u2003+1 > 0 as before, as before; "
-      "+1:2/  > 1 none, as before;  > 1 none, as before; 1x > 0 none, Illegal character.; -- > 0 none, Excess + or -'s",
-      [&](const std::string& text, const std::string& expected) {
-        std::optional<std::string> proposed = "as before";
-        std::string error = "as before";
-        const bool isValid = formatter.isPartialStringValid(text, &proposed, &error);
-        EXPECT_EQ((isValid ? "1 " : "0 ") + proposed.value_or("none") + ", " + error, expected);
-      });
+  eachPairIn("deputies.txt", "partial strings", [&](const std::string& text, const std::string& expected) {
+    std::optional<std::string> proposed = "as before";
+    std::string error = "as before";
+    const bool isValid = formatter.isPartialStringValid(text, &proposed, &error);
+    EXPECT_EQ((isValid ? "1 " : "0 ") + proposed.value_or("none") + ", " + error, expected);
+  });
   EXPECT_EQ(formatter.legalCharacterSet(), CharacterSet("0123456789,.;:/+-"));
   EXPECT_EQ(formatter.secondaryColorRange("12:34"), (Range{9223372036854775807, 0}));
 }

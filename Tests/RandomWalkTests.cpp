@@ -149,8 +149,8 @@ class Walk {
     if (way == 0) formatter.getObjectValue(&result, text, nullptr);
     if (way == 1) formatter.getObjectValueForSegmentWithTag(&result, text, tag, &object, nullptr);
     if (way == 2)
-      formatter.getObjectValueIncrementingSegmentWithTag(&result, tag, random_.integer() % (isFar_ ? kHighest : 20),
-                                                         &object);
+      formatter.getObjectValueIncrementingSegmentWithTag(&result, tag,
+                                                         random_.integer() % (isFar_ ? kInt64Highest : 20), &object);
     return result;
   }
 

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,24 @@ void eachRowIn(const std::string& file, const std::string& section, Run run) {
   ASSERT_NE(begin, text.npos) << file << title;
   const std::string_view rows = std::string_view(text).substr(begin + title.size());
   eachRowOf(rows.substr(0, rows.find("\n[")), run, "\n");
+}
+
+// Text where "<ff>" stands for a byte, and "<name>" for what the names say.
+inline std::string bytesIn(std::string_view text, const std::map<std::string, std::string_view>& names = {}) {
+  std::string bytes;
+  for (std::size_t end; (end = text.find('<')) != text.npos; text.remove_prefix(text.find('>') + 1)) {
+    bytes += text.substr(0, end);
+    const std::string name(text.substr(end + 1, text.find('>') - end - 1));
+    const auto named = names.find(name);
+    named != names.end() ? bytes += named->second : bytes += static_cast<char>(std::stoi(name, nullptr, 16));
+  }
+  return bytes += text;
+}
+
+// The same for rows of two cells, which may have bytes in hex.
+template <class Run>
+void eachPairIn(const std::string& file, const std::string& section, Run run) {
+  eachRowIn(file, section, [&](const Cells& row) { run(bytesIn(row.at(0)), bytesIn(row.at(1))); });
 }
 
 // "-1.5", "inf", "nan".

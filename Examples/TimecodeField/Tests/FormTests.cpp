@@ -20,23 +20,12 @@ using quill::Cells, quill::eachRowIn;
 
 // What a terminal sends for "1<up><page down>": a key by its name, any byte in hex.
 std::string bytesOf(std::string_view keys) {
-  static const std::map<std::string_view, std::string_view> sent = {
+  static const std::map<std::string, std::string_view> sent = {
       {"up", "\x1b[A"},       {"down", "\x1b[B"},      {"right", "\x1b[C"},   {"left", "\x1b[D"},
       {"home", "\x1b[H"},     {"end", "\x1b[F"},       {"delete", "\x1b[3~"}, {"back tab", "\x1b[Z"},
       {"page up", "\x1b[5~"}, {"page down", "\x1bOb"}, {"escape", "\x1b"},    {"erase line", "\x15"},
       {"enter", "\r"},        {"tab", "\t"},           {"backspace", "\b"}};
-  std::string bytes;
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    if (keys[i] != '<') {
-      bytes += keys[i];
-      continue;
-    }
-    const std::string name(keys.substr(i + 1, keys.find('>', i) - i - 1));
-    const auto key = sent.find(name);
-    key != sent.end() ? bytes += key->second : bytes += static_cast<char>(std::stoi(name, nullptr, 16));
-    i += name.size() + 1;
-  }
-  return bytes;
+  return quill::bytesIn(keys, sent);
 }
 
 std::vector<std::string_view> argumentsIn(std::string_view text) {  // parted by spaces
