@@ -129,8 +129,7 @@ TEST(Coding, OlderAndOddLayoutsAreReadAsTheyWereMeant) {
       {"a version to come", ticksLayout({1, 2}, 3, infoLayout(29.5, 27), 9), "time 1 2 1 0 custom 29.5 27", kSame},
       {"empty nil symbol of version 3", formatterLayout({3, kNil, 0, false, kNil, kNil, empty}), "nil none", kSame},
       {"empty nil symbol of version 4", formatterLayout({4, kNil, 0, false, kNil, kNil, empty}), "nil \"\"", kSame},
-      {"nothing", formatterLayout({4}), "min none max none nil none prototype mode 6 time 0 1 1 0 custom 0 0 audio 1 0 "
-                                        "music 120 4 4 film 1 entries 0 deputies SMPTE 0 0 1 1 1; HMS 3 0; ", kSame},
+      {"nothing", formatterLayout({4}), "min none max none nil none prototype mode 6 time 0 1 1 0 custom 0 0 audio 1 0 music 120 4 4 film 1 entries 0 deputies SMPTE 0 0 1 1 1; HMS 3 0; ", kSame},
       {"a dictionary with other numbers", formatterLayout({1, dictionaryOf({{-1, video}, {1, sound}, {2, kNil}, {9, video}})}),
        "1 1; QKOneDAudioTimecodeFormatDeputy; QKOneDVideoTimecodeFormatDeputy; QKOneDAudio", kSame},
       {"keys missing", SMPTE(1), "SMPTE 0 0 0 0 0", kError},

@@ -8,8 +8,7 @@ namespace quill {
 
 // A formatter with settings as the rows in Data have them.
 template <class Formatter = NumberFormatter>
-Formatter formatterOf(const std::string& settings) {
-  Formatter f;
+Formatter formatterOf(const std::string& settings, Formatter f = {}) {
   f.setLocale(Locale{});
   for (const std::string& setting : partsOf(settings, " ")) {
     if (setting.empty()) continue;

@@ -36,9 +36,9 @@ TEST(QKSMPTEDeputy, IndexesOutOfBoundsFail) {
     std::string got = std::to_string(deputyOf(words[0]).segmentTagForIndex(std::stoll(words[1]), nullptr));
     for (const RecordedAssertion& assertion : reports.assertions) {
       got += ' ' + std::to_string(assertion.line);
-      EXPECT_EQ(assertion.file + ' ' + assertion.description,
-                "QKSMPTETimecodeFormatDeputy -[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] "
-                "out-of-bounds segmentIndex.");
+      EXPECT_EQ(
+          assertion.file + ' ' + assertion.description,
+          "QKSMPTETimecodeFormatDeputy -[QKSMPTETimecodeFormatDeputy segmentTagForIndex:inObjectValue:] out-of-bounds segmentIndex.");
     }
     EXPECT_EQ(got, answer);
   });

@@ -95,9 +95,9 @@ TEST(QKTimecodeFormatterProperties, BoundsAreCopyableTimecodes) {
     EXPECT_TRUE(reports.isQuiet()) << reports;
     for (Object* object : std::initializer_list<Object*>{&fixed, &noTimecode, &number}) {
       (QKTimecodeFormatter().*set)(object);
-      expectAssertion(reports, "QKTimecodeFormatter", 0,
-                      "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to "
-                      "QKBasicTimecode, Copying and Coding protocols and also implement -compare:");
+      expectAssertion(
+          reports, "QKTimecodeFormatter", 0,
+          "Invalid object for QKTimecodeFormatter minimum or maximum. Object must conform to QKBasicTimecode, Copying and Coding protocols and also implement -compare:");
     }
   }
 }

@@ -57,9 +57,9 @@ TEST(QKTimecodeFormatterSegments, RangesOfANegativeValueMustBeAllowed) {
   const Ref<QKVideoTimecode> value = timecodeAt(k25, "-0:00:01:02");
   ReportRecorder reports(ReportRecorder::Returned);
   EXPECT_EQ(formatter.substringRangeForSegmentWithTag(3, value.get()), (Range{10, 2}));
-  expectAssertion(reports, "QKTimecodeFormatter", 1141,
-                  "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative "
-                  "timecode in formatter that doesn't allow negative");
+  expectAssertion(
+      reports, "QKTimecodeFormatter", 1141,
+      "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode in formatter that doesn't allow negative");
   EXPECT_EQ(formatter.substringRangeForSegmentWithTag(kNoTag, value.get()), (Range{0, 0}));
   formatter.setAllowsNegative(true);
   EXPECT_EQ(formatter.substringRangeForSegmentWithTag(0, value.get()), (Range{0, 3}));
@@ -117,9 +117,9 @@ TEST(QKTimecodeFormatterSegments, StepAndTakeTextOfAValueThatTheDeputyServes) {
   EXPECT_EQ(typed(&number), "Value doesn't conform to protocol");
   formatter.getObjectValueIncrementingSegmentWithTag(&result, 2, 1, &number);
   EXPECT_TRUE(result->isEqual(Number(0)));
-  expectAssertion(reports, "QKTimecodeFormatter", 1156,
-                  "-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - "
-                  "illegal value.");
+  expectAssertion(
+      reports, "QKTimecodeFormatter", 1156,
+      "-[QKTimecodeFormatter getObjectValue:incrementingSegmentWithTag:byIncrement:inObjectValue:] - illegal value.");
   formatter.setDeputy(nullptr, QKTimecodeFormatSMPTE);
   EXPECT_EQ(stepped(&host), "0");
   EXPECT_EQ(typed(&host), "Value doesn't conform to protocol");

@@ -36,15 +36,9 @@ TEST(QKTimecodeFormatterWholeStrings, ANegativeValueMustBeAllowed) {
   const Ref<QKVideoTimecode> value = timecodeAt(k25, "-0:00:01:02");
   ReportRecorder reports(ReportRecorder::Returned);
   EXPECT_EQ(formatter.stringForObjectValue(value.get()), "00:00:01:02");
-  expectAssertion(reports, "QKTimecodeFormatter", 748,
-                  "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't "
-                  "accept negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, "
-                  "QKTimecodeFormatter defaults to only handling non-negative timecodes. However, there is a "
-                  "common convention to interpret negative timecodes as a sort of counting backwards. If you "
-                  "want this timecode formatter to handle negative timecodes, you'll have to call "
-                  "-[QKTimecodeFormatter setAllowsNegative:] and pass YES before you give it any negative "
-                  "timecodes (you may also set this attribute in Designer). Once you do that, you'll no longer "
-                  "get this assertion.\n\n");
+  expectAssertion(
+      reports, "QKTimecodeFormatter", 748,
+      "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't accept negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, QKTimecodeFormatter defaults to only handling non-negative timecodes. However, there is a common convention to interpret negative timecodes as a sort of counting backwards. If you want this timecode formatter to handle negative timecodes, you'll have to call -[QKTimecodeFormatter setAllowsNegative:] and pass YES before you give it any negative timecodes (you may also set this attribute in Designer). Once you do that, you'll no longer get this assertion.\n\n");
   formatter.setAllowsNegative(true);
   HostTimecode host(*value);
   Number number = -1;
@@ -108,9 +102,9 @@ TEST(QKTimecodeFormatterWholeStrings, ADeputyMustGiveATimecode) {
   Ref<Object> object;
   EXPECT_TRUE(formatter.getObjectValue(&object, "x", nullptr));
   EXPECT_TRUE(object && object->isEqual(Number(1)));
-  expectAssertion(reports, "QKTimecodeFormatter", 783,
-                  "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! "
-                  "deputy returned a non-timecode object");
+  expectAssertion(
+      reports, "QKTimecodeFormatter", 783,
+      "-[QKTimecodeFormatter getObjectValue:forString:errorDescription:] Impossible! deputy returned a non-timecode object");
 }
 
 TEST(QKTimecodeFormatterWholeStrings, PartialStringsStartWithoutWhiteSpace) {

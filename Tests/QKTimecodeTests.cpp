@@ -263,9 +263,9 @@ TEST(QKTimecodeComparing, AsksRateAndPhaseToo) {
   EXPECT_TRUE(video.isEqual(value));  // which asks for no more than it has
   EXPECT_TRUE(value.compare(otherRate) == 0 && value.hash() == otherRate.hash() &&
               std::hash<QKTimecode>()(value) == value.hash());
-  EXPECT_EQ(value.description(), value.QKVideoTimecode::description() +
-                                     "\naudio frame rate: 48000 audio frames per second\n"
-                                     "SMPTE 272M sequence phase frame: 3");
+  EXPECT_EQ(value.description(),
+            value.QKVideoTimecode::description() +
+                "\naudio frame rate: 48000 audio frames per second\nSMPTE 272M sequence phase frame: 3");
 }
 
 // ---- Reports ----
@@ -331,8 +331,7 @@ TEST(QKTimecodeReports, Assertions) {
        call<&Value::audioFrames>, 1602},
       {"No SMPTE 272M audio frames conversion of negative time value", audioAt(k2997, 48000, 0, {-80080, 2400000}),
        call<&Value::subtractAudioFrames, 1603>, 0},
-      {"invalid time for SMPTE 272M audio frames conversion: video frames must not be less than audio frame sequence "
-       "phase frame (sequencePhaseFrame)", audioAt(k2997, 48000, 2, {80080, 2400000}),
+      {"invalid time for SMPTE 272M audio frames conversion: video frames must not be less than audio frame sequence phase frame (sequencePhaseFrame)", audioAt(k2997, 48000, 2, {80080, 2400000}),
        call<&Value::audioFrames>, 3689348814741910323u * 8008u},  // 2^64-1 frames
       {"Can't calculate best time rate with 0 sample rate", {},
        [](Value&) { return Value(0, kBest, k25, 0).audioFrameRate(); }, 2000},

@@ -55,10 +55,10 @@ TEST(DegenerateSeconds, AreLoggedOnceInAProcess) {
     other.setSeconds(seconds), set.setTimecodeNumberValue(seconds);
     EXPECT_TRUE(value.seconds() == 0 && other.seconds() == 0 && set.seconds() == 0) << seconds;
   }
-  EXPECT_EQ(reports.logs,
-            std::vector<std::string>{"QKVideoTimecode WARNING: Degenerate value for seconds (-2.500000e-07) from "
-                                     "-setTimecodNumberValue: or -initWithTimecodeNumberValue:::. Normalizing to 0. "
-                                     "Will only log once."});
+  EXPECT_EQ(
+      reports.logs,
+      std::vector<std::string>{
+          "QKVideoTimecode WARNING: Degenerate value for seconds (-2.500000e-07) from -setTimecodNumberValue: or -initWithTimecodeNumberValue:::. Normalizing to 0. Will only log once."});
 }
 
 }  // namespace
