@@ -208,15 +208,14 @@ TEST(QKOneDFramesTimecodeFormatDeputy, ReportsWhatIsMissingOrTooLarge) {
   EXPECT_EQ(video.framesFromObject(&value), 5);
   EXPECT_EQ(QKOneDAudioTimecodeFormatDeputy().framesFromObject(&value), 0);  // it has none
   EXPECT_EQ(video.segmentTagForIndex(5, &value), -1);
-  ASSERT_EQ(reports.assertions.size(), 4u);
-  int line = 28;
-  for (const char* operation : {"frames", "setFrames", "addFrames", "subtractFrames"}) {
-    const RecordedAssertion& report = reports.assertions[static_cast<std::size_t>(line - 28) / 5];
-    EXPECT_EQ(report.method, std::string("+[QKOneDFramesTimecodeFormatDeputy ") + operation + "Invocation]");
-    EXPECT_EQ(report.description, report.method + " must be implemented by subclass.");
-    EXPECT_TRUE(report.file == "QKOneDFramesTimecodeFormatDeputy" && report.line == line) << report.line;
-    line += 5;
+  std::string raised;
+  for (const auto& [operation, line] :
+       {std::pair("frames", 28), {"setFrames", 33}, {"addFrames", 38}, {"subtractFrames", 43}}) {
+    const std::string method = "+[QKOneDFramesTimecodeFormatDeputy " + std::string(operation) + "Invocation]";
+    raised += "assertion: " + method + " QKOneDFramesTimecodeFormatDeputy:" + std::to_string(line) + ' ' + method +
+              " must be implemented by subclass.\n";
   }
+  EXPECT_EQ(testing::PrintToString(reports), raised);
   reports.clear();
   EXPECT_EQ(DeputyField(video).entered(*asSeconds(1), "9223372036854775808"), "-9223372036854775808");
   const std::string light = "MyAssertMessage: frames >= 0,  file: QKOneDFramesTimecodeFormatDeputy, line: ";

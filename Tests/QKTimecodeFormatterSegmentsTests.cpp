@@ -52,20 +52,6 @@ TEST(QKTimecodeFormatterSegments, AnswersForNoValueAndForOnesThatItCannotServe) 
   }
 }
 
-TEST(QKTimecodeFormatterSegments, RangesOfANegativeValueMustBeAllowed) {
-  QKTimecodeFormatter formatter;
-  const Ref<QKVideoTimecode> value = timecodeAt(k25, "-0:00:01:02");
-  ReportRecorder reports(ReportRecorder::Returned);
-  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(3, value.get()), (Range{10, 2}));
-  expectAssertion(
-      reports, "QKTimecodeFormatter", 1141,
-      "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode in formatter that doesn't allow negative");
-  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(kNoTag, value.get()), (Range{0, 0}));
-  formatter.setAllowsNegative(true);
-  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(0, value.get()), (Range{0, 3}));
-  EXPECT_TRUE(reports.isQuiet()) << reports;
-}
-
 TEST(QKTimecodeFormatterSegments, TheLeadingFormatterIsTheFormattersOwn) {
   const auto& shared = sharedDeputyLeadingTwoDigitNumberFormatter();
   QKVideoTimecode value;

@@ -39,12 +39,18 @@ TEST(QKTimecodeFormatterWholeStrings, ANegativeValueMustBeAllowed) {
   expectAssertion(
       reports, "QKTimecodeFormatter", 748,
       "-[QKTimecodeFormatter stringForObjectValue:] negative timecode in formatter that doesn't accept negatives.\n\n\tBecause the SMPTE spec does not allow negative timecodes, QKTimecodeFormatter defaults to only handling non-negative timecodes. However, there is a common convention to interpret negative timecodes as a sort of counting backwards. If you want this timecode formatter to handle negative timecodes, you'll have to call -[QKTimecodeFormatter setAllowsNegative:] and pass YES before you give it any negative timecodes (you may also set this attribute in Designer). Once you do that, you'll no longer get this assertion.\n\n");
+  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(3, value.get()), (Range{10, 2}));
+  expectAssertion(
+      reports, "QKTimecodeFormatter", 1141,
+      "-[QKTimecodeFormatter substringRangeForSegmentWithTag:inObjectValue:] negative timecode in formatter that doesn't allow negative");
+  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(0x7fffffff, value.get()), Range()) << "no such segment";
   formatter.setAllowsNegative(true);
   HostTimecode host(*value);
   Number number = -1;
   EXPECT_EQ(formatter.stringForObjectValue(value.get()), "-00:00:01:02");
   EXPECT_EQ(formatter.stringForObjectValue(&host), "-00:00:01:02");
   EXPECT_EQ(formatter.stringForObjectValue(&number), "");
+  EXPECT_EQ(formatter.substringRangeForSegmentWithTag(0, value.get()), (Range{0, 3}));
   EXPECT_TRUE(reports.isQuiet()) << reports;
 }
 
