@@ -147,12 +147,4 @@ class DeputyField {
   bool givesLabels_ = false;
 };
 
-// An archive with another value behind a key, where both are a byte.
-inline std::string withValueOfKey(std::string archive, const std::string& key, char value) {
-  const std::size_t at = archive.find(key);
-  EXPECT_NE(at, std::string::npos) << key;
-  if (at != std::string::npos) archive[at + key.size()] = value;
-  return archive;
-}
-
 }  // namespace quill

@@ -156,9 +156,20 @@ TEST(FormatDeputies, TakeOnlyValuesOfTheirProtocol) {
   }
 }
 
+// An archive with another value behind a key, where both are a byte.
+std::string withValueOfKey(std::string archive, const std::string& key, char value) {
+  const std::size_t at = archive.find(key);
+  EXPECT_NE(at, std::string::npos) << key;
+  if (at != std::string::npos) archive[at + key.size()] = value;
+  return archive;
+}
+
 TEST(FormatDeputies, MistrustArchivedPlaces) {
+  QKMeasuredTimecodeFormatDeputy music;
+  music.setDisplaysDivisionsAndTicks(false), music.setBeatsDecimalPlaces(5);
   const std::string HMS = archivedData(QKHMSTimecodeFormatDeputy(), ArchiveKind::Keyed),
-                    seconds = archivedData(QKOneDTimeTimecodeFormatDeputy(), ArchiveKind::Keyed);
+                    seconds = archivedData(QKOneDTimeTimecodeFormatDeputy(), ArchiveKind::Keyed),
+                    bars = archivedData(music, ArchiveKind::Keyed);
   for (const char byte : {'\x26', '\x17'}) {  // CBOR: -7, 23
     const auto readHMS = unarchived<QKHMSTimecodeFormatDeputy>(withValueOfKey(HMS, "OHTFSecondsDecimalPlaces", byte));
     EXPECT_EQ(readHMS->secondsDecimalPlaces(), byte == '\x26' ? -7 : 23);
@@ -167,6 +178,9 @@ TEST(FormatDeputies, MistrustArchivedPlaces) {
     const auto read =
         unarchived<QKOneDTimeTimecodeFormatDeputy>(withValueOfKey(seconds, "OTTFSecondsDecimalPlaces", byte));
     EXPECT_EQ(DeputyField(*read).segments(*inTicks(1.5)), "1|500|000|000|000|000|000");
+    const auto readBars =
+        unarchived<QKMeasuredTimecodeFormatDeputy>(withValueOfKey(bars, "OMTFBeatsDecimalPlaces", byte));
+    EXPECT_EQ(DeputyField(*readBars).segments(*atBeat<48000>(5.25)), byte == '\x26' ? "1|2" : "1|2|250000000000000000");
   }
 }
 

@@ -1,7 +1,6 @@
 #include "../Framework/QKMeasuredTimecodeFormatDeputy.h"
 
 #include "../Framework/QKExtendedTimecode.h"
-#include "../Platform/Archive.h"
 #include "DeputyField.h"
 #include "ReportRecorder.h"
 
@@ -127,15 +126,6 @@ TEST(QKMeasuredTimecodeFormatDeputyReports, PrintOneLineAndGoOn) {
   reports.clear();  // an entry is read whole before the value is changed, which so many bars overflow
   fieldOf(three).entered(*atBeat<48000>(5), "9223372036854775807 4 5");
   EXPECT_TRUE(reports.lights.size() > 1 && reports.lights[0].find("line: 305") != std::string::npos) << reports;
-}
-
-TEST(QKMeasuredTimecodeFormatDeputyCoding, MistrustsPlaces) {
-  const std::string archive = archivedData(Deputy(Beats, -2, 5), ArchiveKind::Keyed);
-  for (const char byte : {'\x26', '\x17'}) {  // CBOR: -7, 23
-    const auto read =
-        unarchived<QKMeasuredTimecodeFormatDeputy>(withValueOfKey(archive, "OMTFBeatsDecimalPlaces", byte));
-    EXPECT_EQ(fieldOf(*read).segments(*atBeat<48000>(5.25)), byte == '\x26' ? "1|2" : "1|2|250000000000000000");
-  }
 }
 
 }  // namespace
