@@ -70,7 +70,8 @@ TEST(QKScrubbableNumberFormatter, AnswersForItsSegments) {
     EXPECT_EQ(formatter->substringRangeForSegmentWithTag(0, &nothing), Range()) << "no digits";
   }
   digits.setLocale({".", "", "~-"});
-  EXPECT_EQ(parted(digits, -12.5), "~-012.5: ~-0@2 1@1 2@0 5@-1");
+  Number negative(-12.5);
+  EXPECT_EQ(segments(digits, &negative), "~-12.500000: ~-1@1 2@0 5@-1 0@-2 0@-3 0@-4 0@-5 0@-6");
 }
 
 TEST(QKScrubbableNumberFormatter, StepsThereAndBackWithoutATraceAndByParts) {

@@ -121,9 +121,9 @@ TEST(QKTimecodeFormatterSegments, AResultThatRunsOutOfRangeIsHeldAtItsEnd) {
   const auto ticks = [&] { return classCast<QKVideoTimecode>(result.get())->timeValue(); };
   formatter.setMinimum(&far);  // which ticks do not hold
   formatter.getObjectValueIncrementingSegmentWithTag(&result, 0, 1, &value);
-  EXPECT_EQ(ticks(), MediaTime(kHighest, 24));
+  EXPECT_EQ(ticks(), MediaTime(kInt64Highest, 24));
   EXPECT_TRUE(formatter.getObjectValueForSegmentWithTag(&result, "5", 0, &value, nullptr));
-  EXPECT_EQ(ticks(), MediaTime(kHighest, 24));
+  EXPECT_EQ(ticks(), MediaTime(kInt64Highest, 24));
   formatter.setMinimum(nullptr);
   formatter.setCurrentTimecode(far.copy());
   for (const char* entry : {"1e999", "+1e999", "-1e999"}) {
