@@ -80,6 +80,12 @@ class EntryWriter {
   SMPTEPosition now_;          // of timecode_
 };
 
+// A value of this library's own that has no subframes to keep.
+bool standsOnFrame(Object* object) {
+  const auto* timecode = detail::ownTimecode(object);
+  return timecode && timecode->standsOnFrame();
+}
+
 const CharacterSet& separatorSet(bool withSlash) {
   static const CharacterSet& shortSet = *new CharacterSet(",.;:");
   static const CharacterSet& longSet = *new CharacterSet(",.;:/");
@@ -404,7 +410,7 @@ void QKSMPTETimecodeFormatDeputy::getObjectValueIncrementingSegmentWithTag(Ref<O
 
   const bool isNegative = value->isNegative();
   const bool crossesZero = isNegative != old->isNegative();
-  if (tag != kFrames && !crossesZero) return;
+  if (!crossesZero && (tag != kFrames || (standsOnFrame(object) && standsOnFrame(result->get())))) return;
   std::int64_t lower[kTagCount] = {};  // the fields before the step
   old->getSMPTEHours(nullptr, &lower[kMinutes], &lower[kSeconds], &lower[kFrames], &lower[kSubframes], nullptr);
   if (tag > kFrames || increment == 0) return;

@@ -310,8 +310,8 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
 bool QKTimecodeFormatter::isNilSymbol(std::string_view text) const {
   if (nilSymbol_) return text == *nilSymbol_;
   const QKFormatDeputy& deputy = *activeDeputy();
-  // Those of this library's own deputies begin with a dash.
-  if (!text.starts_with(formatDeputyEmDash().front()) && isOwnDeputy(deputy)) return false;
+  constexpr char kDash = *"\u2014";  // its first byte: those of this library's own deputies begin with it
+  if (!text.starts_with(kDash) && isOwnDeputy(deputy)) return false;
   return text == deputy.defaultNilSymbol();
 }
 
@@ -323,19 +323,19 @@ bool QKTimecodeFormatter::isNilSymbol(const Object* object) const {
 
 bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   const QKFormatDeputy* deputy = activeDeputy();
+  bool isTimecode = conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol);
   if (nilSymbol_ || deputy) {
     if (isNilSymbol(string)) {
       if (object) object->reset();
       return true;
     }
-    const bool isOwn = detail::ownTimecode(currentTimecode_.get()) != nullptr;  // the usual case, no text
-    if (!currentTimecode_ || (!isOwn && isNilSymbol(currentTimecode_.get()))) {
+    if (!isTimecode && (!currentTimecode_ || isNilSymbol(currentTimecode_.get()))) {
       currentTimecode_ = defaultObjectPrototype();
+      isTimecode = conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol);
     }
   }
   if (!deputy) return detail::fail(error, "No deputy for current format.");
-  if (!conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol) ||
-      !conformsTo(currentTimecode_.get(), deputy->requiredProtocol())) {
+  if (!isTimecode || !conformsTo(currentTimecode_.get(), deputy->requiredProtocol())) {
     return detail::fail(error, detail::kObjectDoesNotConform);
   }
   Ref<Object> result;
@@ -352,9 +352,10 @@ bool QKTimecodeFormatter::mayBeOutside(Object* result) const {
   if (minimumTimecode_ || maximumTimecode_ || !timecode || timecode->useSeconds()) return true;
   const MediaTime& time = timecode->storedTime();
   if (!time.isNumeric() || time.timescale <= 0 || time.value < 0) return true;
-  if (SMPTEHas24HourRollover()) return false;
-  // Well below the 100 hours that labels end at.
-  return !timecodeModeRow(timecode->timecodeMode()) || time.value >= std::int64_t{99} * 3600 * time.timescale;
+  // Labels end at 100 hours.
+  const bool isFarBelow =
+      timecodeModeRow(timecode->timecodeMode()) && time.value < std::int64_t{99} * 3600 * time.timescale;
+  return !isFarBelow && !SMPTEHas24HourRollover();
 }
 
 void QKTimecodeFormatter::imposeBounds(Ref<Object>* result) const {

@@ -634,14 +634,23 @@ void QKVideoTimecode::getSMPTEHours(std::int64_t* hours, std::int64_t* minutes, 
     }
     return;
   }
-  const auto* row = rowAtBest();
-  const SMPTEPosition position = row ? positionAtTicks(*row, magnitudeOf(time_.value)) : unusualPosition();
-  if (hours) *hours = position.label.hours;
-  if (minutes) *minutes = position.label.minutes;
-  if (seconds) *seconds = position.label.seconds;
-  if (frames) *frames = position.label.frames;
-  if (subframes) *subframes = subframesFromFraction(position.fraction);
-  if (quarterFrames) *quarterFrames = quarterFramesFromFraction(position.fraction);
+  SMPTEFieldSet fields;
+  std::int64_t quarters = 0;
+  if (const auto* row = rowAtBest()) {
+    fields = fieldsAtTicks(*row, magnitudeOf(time_.value));
+    quarters = fields.subframes / (kSubframesPerFrame / kQuarterFramesPerFrame);
+  } else {
+    const SMPTEPosition position = unusualPosition();
+    fields = position.label;
+    fields.subframes = subframesFromFraction(position.fraction);
+    quarters = quarterFramesFromFraction(position.fraction);
+  }
+  if (hours) *hours = fields.hours;
+  if (minutes) *minutes = fields.minutes;
+  if (seconds) *seconds = fields.seconds;
+  if (frames) *frames = fields.frames;
+  if (subframes) *subframes = fields.subframes;
+  if (quarterFrames) *quarterFrames = quarters;
 }
 
 std::int64_t QKVideoTimecode::SMPTEHours() {
@@ -676,7 +685,8 @@ std::int64_t QKVideoTimecode::SMPTEQuarterFrames() {
 
 // All five fields, subframes as the public getter gives them.
 SMPTEFieldSet QKVideoTimecode::privateFields() {
-  SMPTEPosition position = privatePosition();
+  if (const auto* row = rowAtBest()) return fieldsAtTicks(*row, magnitudeOf(time_.value));
+  SMPTEPosition position = unusualPosition();
   position.label.subframes = subframesFromFraction(position.fraction);
   return position.label;
 }
@@ -724,11 +734,31 @@ bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double f
 bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
   const auto* row = rowAtBest();
   if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(*row, label)) return false;
-  const std::int64_t framesOfDay = 24 * SMPTECounting::ofMode(mode_)->framesPerHour;
-  const auto frameTicks = static_cast<std::uint64_t>(row->ticksPerFrame());
-  const auto [frames, rest] = divideByFrameTime(magnitudeOf(time_.value), frameTicks);
-  if (rest != 0 || frames >= static_cast<std::uint64_t>(framesOfDay)) return false;
+  const auto [frames, rest] =
+      divideByFrameTime(magnitudeOf(time_.value), static_cast<std::uint64_t>(row->ticksPerFrame()));
+  if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * SMPTECounting::ofMode(mode_)->framesPerHour)) return false;
   time_.value = ticksOfUsualLabel(*row, label);
+  return true;
+}
+
+bool QKVideoTimecode::standsOnFrame() const {
+  const auto* row = rowAtBest();
+  return row && divideByFrameTime(magnitudeOf(time_.value), static_cast<std::uint64_t>(row->ticksPerFrame())).rest == 0;
+}
+
+// Moves by frames within a minute, where labels and frames run alike. Whether it did: not for a value between frames,
+// which loses what is finer than subframes, nor through zero.
+bool QKVideoTimecode::addFramesWithinMinute(std::int64_t frames, bool isNegativeDelta) {
+  const auto* row = rowAtBest();
+  if (!row || row->kind != TimecodeModeKind::Drop || frames < 1 || frames >= row->countingRate ||
+      !isFarFromEnds(time_.value)) {
+    return false;
+  }
+  const SMPTEFieldSet now = fieldsAtTicks(*row, magnitudeOf(time_.value));
+  const bool isUp = isNegativeDelta == (time_.value < 0);
+  const std::int64_t label = now.seconds * row->countingRate + now.frames + (isUp ? frames : -frames);
+  if (label < row->droppedLabels() || label >= 60 * row->countingRate || !standsOnFrame()) return false;
+  time_.value += frames * (isNegativeDelta ? -row->ticksPerFrame() : row->ticksPerFrame());
   return true;
 }
 
@@ -970,6 +1000,11 @@ void QKVideoTimecode::privateAddSMPTEHours(std::int64_t hours, std::int64_t minu
   }
   if (!allNonnegative(6, hours, minutes, seconds, frames, subframes, quarterFrames)) {
     raise(kMethod, 1724, "-[QKVideoTimecode addSMPTEHours::::::] expects nonnegative deltas");
+  }
+  const bool areFramesAlone = (hours | minutes | seconds | subframes | quarterFrames) == 0;
+  if (areFramesAlone && addFramesWithinMinute(frames, isNegativeDelta)) {
+    flags_.maintainedFramesValid = false;
+    return;
   }
   _normalizeTimeScaleForFrameRateIfNecessary();
   if (!isDropFrame()) {

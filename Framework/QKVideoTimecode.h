@@ -262,6 +262,8 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // Makes a time that stands on a frame of its first day, at its best timescale in a fixed counting or drop-frame mode, that
   // of another label, positive. False, and nothing changed, elsewhere or for a field outside its usual range.
   bool setUsualLabel(const SMPTEFieldSet& label);
+  // Whether the time is that of a frame, at its best timescale in a fixed mode.
+  bool standsOnFrame() const;
   // The time as it is held, without meaning in the seconds mode.
   const MediaTime& storedTime() const { return time_; }
 
@@ -350,6 +352,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   }
   SMPTEPosition unusualPosition();
   void writeUsualFields(const TimecodeModeRow& row, const SMPTEFieldSet& fields, double fraction);
+  bool addFramesWithinMinute(std::int64_t frames, bool isNegativeDelta);
   bool addFramesAtBest(std::uint64_t frames, bool isNegativeDelta);
   std::uint64_t frameCountSum(std::uint64_t a, std::uint64_t b) const;
   SMPTECounting counting() const;

@@ -74,22 +74,43 @@ SMPTEFieldSet labelInMode(std::uint64_t frames) {
   }
 }
 
+// Takes the frames off the ticks and gives their label.
 template <std::size_t mode>
-SMPTEPosition positionInMode(std::uint64_t ticks) {
+SMPTEFieldSet takeLabel(std::uint64_t& ticks) {
   constexpr const TimecodeModeRow& row = kTimecodeModeTable[mode];
   constexpr auto frameTicks = static_cast<std::uint64_t>(row.ticksPerFrame());
-  SMPTEPosition position;
+  std::uint64_t seconds = 0;
   if constexpr (row.kind == TimecodeModeKind::Duration) {
     constexpr auto secondTicks = static_cast<std::uint64_t>(row.tickRate);
-    const std::uint64_t seconds = ticks / secondTicks;
+    seconds = ticks / secondTicks;
     ticks -= seconds * secondTicks;
-    position.label = {static_cast<std::int64_t>(seconds / 3600), static_cast<std::int64_t>(seconds / 60 % 60),
-                      static_cast<std::int64_t>(seconds % 60), static_cast<std::int64_t>(ticks / frameTicks), 0};
   }
-  const std::uint64_t frames = ticks / frameTicks, rest = ticks - frames * frameTicks;
-  if constexpr (row.kind != TimecodeModeKind::Duration) position.label = labelInMode<mode>(frames);
-  if (rest != 0) position.fraction = static_cast<double>(rest) / static_cast<double>(frameTicks);
+  const std::uint64_t frames = ticks / frameTicks;
+  ticks -= frames * frameTicks;
+  if constexpr (row.kind == TimecodeModeKind::Duration) {
+    return {static_cast<std::int64_t>(seconds / 3600), static_cast<std::int64_t>(seconds / 60 % 60),
+            static_cast<std::int64_t>(seconds % 60), static_cast<std::int64_t>(frames), 0};
+  } else {
+    return labelInMode<mode>(frames);
+  }
+}
+
+template <std::size_t mode>
+SMPTEPosition positionInMode(std::uint64_t ticks) {
+  SMPTEPosition position;
+  position.label = takeLabel<mode>(ticks);
+  if (ticks != 0) position.fraction = static_cast<double>(ticks) / kTimecodeModeTable[mode].ticksPerFrame();
   return position;
+}
+
+template <std::size_t mode>
+SMPTEFieldSet fieldsInMode(std::uint64_t ticks) {
+  constexpr auto frameTicks = static_cast<std::uint64_t>(kTimecodeModeTable[mode].ticksPerFrame());
+  SMPTEFieldSet fields = takeLabel<mode>(ticks);
+  // As subframesFromFraction of ticks / frameTicks, in integers: a thousandth of a frame is added before the cut.
+  const std::uint64_t subframes = (ticks * 1000 + frameTicks) * kSubframesPerFrame / (frameTicks * 1000);
+  fields.subframes = static_cast<std::int64_t>(std::min<std::uint64_t>(subframes, kSubframesPerFrame - 1));
+  return fields;
 }
 
 struct PlainArithmetic {
@@ -137,7 +158,7 @@ bool dropsLabels(std::int64_t minute) { return minute % 10 != 0; }
 constinit const std::array<detail::ModeFunctions, std::size(kTimecodeModeTable)> detail::kModeFunctions =
     []<std::size_t... modes>(std::index_sequence<modes...>) {
   return std::array<ModeFunctions, sizeof...(modes)>{
-      ModeFunctions{labelInMode<modes>, positionInMode<modes>, ticksInMode<modes>}...};
+      ModeFunctions{labelInMode<modes>, positionInMode<modes>, fieldsInMode<modes>, ticksInMode<modes>}...};
 }
 (std::make_index_sequence<std::size(kTimecodeModeTable)>());
 

@@ -85,6 +85,7 @@ namespace detail {
 struct ModeFunctions {
   SMPTEFieldSet (*label)(std::uint64_t frames);
   SMPTEPosition (*position)(std::uint64_t ticks);
+  SMPTEFieldSet (*fields)(std::uint64_t ticks);
   std::int64_t (*ticks)(const SMPTEFieldSet& label);
 };
 // By mode.
@@ -95,6 +96,11 @@ QUILL_EXPORT extern const std::array<ModeFunctions, std::size(kTimecodeModeTable
 // (the row of 29.97df, 1800 * 80080 + 40040) gives 00:01:00;02 and 0.5.
 inline SMPTEPosition positionAtTicks(const TimecodeModeRow& row, std::uint64_t ticks) {
   return detail::kModeFunctions[static_cast<std::size_t>(row.mode)].position(ticks);
+}
+
+// The same with subframes in place of the fraction, as subframesFromFraction cuts it.
+inline SMPTEFieldSet fieldsAtTicks(const TimecodeModeRow& row, std::uint64_t ticks) {
+  return detail::kModeFunctions[static_cast<std::size_t>(row.mode)].fields(ticks);
 }
 
 // Whether each field stands in its usual range, subframes aside: below a million hours, 60 minutes, 60 seconds and the

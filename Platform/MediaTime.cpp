@@ -1,7 +1,3 @@
-// A rescale is value x new / old. Most products fit 64 bits; where one does not, the whole units of the old timescale go
-// ahead, and what is left of them does. Magnitudes are divided, so that rounding half away from zero is one rule for both
-// signs.
-
 #include "MediaTime.h"
 
 #include "IntegerMath.h"
@@ -9,7 +5,6 @@
 #include "detail/WideMath.h"
 
 #include <algorithm>
-#include <bit>
 #include <numeric>
 #include <utility>
 
@@ -78,33 +73,6 @@ MediaTime MediaTime::withSeconds(double seconds, std::int32_t timescale) {
   return time;
 }
 
-MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
-  if (!isNumeric()) return *this;
-  if (newTimescale <= 0 || timescale == 0) return kMediaTimeInvalid;
-  if (newTimescale == timescale) return *this;
-  const bool negative = (value < 0) != (timescale < 0);
-  const std::uint64_t magnitude = magnitudeOf(value);            // [0, 2^63]
-  const std::uint64_t divisor = magnitudeOf(timescale);          // [1, 2^31]
-  const auto factor = static_cast<std::uint64_t>(newTimescale);  // [1, 2^31)
-
-  std::uint64_t quotient = 0, rest = magnitude;  // rest x factor / divisor is still to come
-  if (std::bit_width(magnitude) + std::bit_width(factor) > 64) {
-    const UInt128 product = multiplyWide(magnitude / divisor, factor);
-    if (product.high != 0) return infinity(negative);
-    quotient = product.low;
-    rest = magnitude % divisor;  // the product below is under 2^62
-  }
-  const std::uint64_t product = rest * factor, more = product / divisor, remainder = product % divisor;
-  if (quotient > kUInt64Highest - more) return infinity(negative);
-  quotient += more;
-  if (remainder >= divisor - remainder) {
-    if (quotient == kUInt64Highest) return infinity(negative);
-    ++quotient;
-  }
-  return timeFromMagnitude(quotient, negative, newTimescale, flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U),
-                           epoch);
-}
-
 double MediaTime::seconds() const {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   if (isNumeric() && timescale != 0) return static_cast<double>(value) / timescale;
@@ -129,12 +97,14 @@ std::string MediaTime::description() const {
 }
 
 int compare(const MediaTime& a, const MediaTime& b) {
+  if (a.timescale == b.timescale && a.timescale > 0 && a.isNumeric() && b.isNumeric()) {  // as mostly
+    return orderOf(a.value < b.value, b.value < a.value);
+  }
   const int rankA = rankOf(a), rankB = rankOf(b);
   if (rankA != 1 || rankB != 1) return orderOf(rankA < rankB, rankB < rankA);
   // a.value / a.timescale against b.value / b.timescale, multiplied out; a negative timescale moves its sign up.
   const bool negativeA = a.value != 0 && (a.value < 0) != (a.timescale < 0);
   const bool negativeB = b.value != 0 && (b.value < 0) != (b.timescale < 0);
-  if (a.timescale == b.timescale && a.timescale > 0) return orderOf(a.value < b.value, b.value < a.value);
   if (negativeA != negativeB) return negativeA ? -1 : 1;
   const UInt128 left = multiplyWide(magnitudeOf(a.value), magnitudeOf(b.timescale));
   const UInt128 right = multiplyWide(magnitudeOf(b.value), magnitudeOf(a.timescale));

@@ -8,6 +8,7 @@
 
 #include "Export.h"
 
+#include <bit>
 #include <cstdint>
 #include <string>
 
@@ -53,7 +54,7 @@ struct QUILL_EXPORT MediaTime {
   // 64 bits is an infinity. A non-numeric time comes back unchanged; a timescale of 0 or below, wanted or present,
   // gives the invalid time, except that a negative one present is read as the ratio it says.
   // MediaTime(1, 2).convertedTo(25) is 13/25, rounded.
-  MediaTime convertedTo(std::int32_t newTimescale) const;
+  constexpr MediaTime convertedTo(std::int32_t newTimescale) const;
 
   // value / timescale in seconds; NaN for an invalid or indefinite time, an infinity for an infinite one.
   double seconds() const;
@@ -67,6 +68,37 @@ struct QUILL_EXPORT MediaTime {
 
 inline constexpr MediaTime kMediaTimeZero{0, 1};
 inline constexpr MediaTime kMediaTimeInvalid{};
+
+// value x new / old. Most products fit 64 bits; where one does not, the whole units of the old timescale go ahead, and
+// what is left of them does. Magnitudes are divided, so that rounding half away from zero is one rule for both signs.
+constexpr MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
+  constexpr std::uint64_t kHighest = 0xFFFFFFFFFFFFFFFF;
+  if (!isNumeric()) return *this;
+  if (newTimescale <= 0 || timescale == 0) return kMediaTimeInvalid;
+  if (newTimescale == timescale) return *this;
+  const bool negative = (value < 0) != (timescale < 0);
+  const auto bits = static_cast<std::uint64_t>(value);
+  const std::uint64_t magnitude = value < 0 ? 0 - bits : bits;  // [0, 2^63]
+  const auto units = static_cast<std::int64_t>(timescale);
+  const auto divisor = static_cast<std::uint64_t>(units < 0 ? -units : units);  // [1, 2^31]
+  const auto factor = static_cast<std::uint64_t>(newTimescale);                 // [1, 2^31)
+  const MediaTime overflow = negative ? negativeInfinity() : positiveInfinity();
+
+  std::uint64_t quotient = 0, rest = magnitude;  // rest x factor / divisor is still to come
+  if (std::bit_width(magnitude) + std::bit_width(factor) > 64) {
+    quotient = magnitude / divisor;
+    rest = magnitude % divisor;  // the product below is under 2^62
+    if (std::bit_width(quotient) + std::bit_width(factor) > 64 && quotient > kHighest / factor) return overflow;
+    quotient *= factor;
+  }
+  const std::uint64_t product = rest * factor, remainder = product % divisor;
+  const std::uint64_t more = product / divisor + (remainder >= divisor - remainder ? 1 : 0);
+  const std::uint64_t furthest = (kHighest >> 1) + (negative ? 1 : 0);
+  if (quotient > furthest || more > furthest - quotient) return overflow;
+  quotient += more;
+  return {static_cast<std::int64_t>(negative ? 0 - quotient : quotient), newTimescale,
+          flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U), epoch};
+}
 
 // -1, 0 or 1: the exact order of the two rational values, whatever their timescales. Times that are not numeric stand
 // at the ends: -infinity, numbers, +infinity, indefinite, invalid.
