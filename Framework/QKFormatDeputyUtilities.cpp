@@ -107,8 +107,7 @@ const std::string& MDivisionsPlaceHolder() {
 
 bool privateScanStringIntoFieldArray(std::string_view string, std::int64_t* fields, std::int64_t capacity,
                                      std::int64_t* count, const CharacterSet& separators) {
-  std::int64_t stored = detail::scanPairs(string, fields, capacity, separators);
-  if (stored > 0) string = {};
+  std::int64_t stored = 0;
   while (stored < capacity) {
     detail::takeWhitespace(string);
     if (string.empty()) break;

@@ -86,12 +86,6 @@ bool standsOnFrame(Object* object) {
   return timecode && timecode->standsOnFrame();
 }
 
-const CharacterSet& separatorSet(bool withSlash) {
-  static const CharacterSet& shortSet = *new CharacterSet(",.;:");
-  static const CharacterSet& longSet = *new CharacterSet(",.;:/");
-  return withSlash ? longSet : shortSet;
-}
-
 }  // namespace
 
 struct QKSMPTETimecodeFormatDeputy::Entry : detail::ScannedFields {
@@ -164,15 +158,29 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValue(Ref<Object>* object, std::strin
 bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(Ref<Object>* object, std::string_view string,
                                                                 const QKTimecodeFormatter& formatter,
                                                                 std::string* error) const {
+  return parse(object, string, formatter, error, &QKSMPTETimecodeFormatDeputy::discardUpper);
+}
+
+bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* object, std::string_view string,
+                                                                const QKTimecodeFormatter& formatter,
+                                                                std::string* error) const {
+  return parse(object, string, formatter, error, &QKSMPTETimecodeFormatDeputy::preserveUpper);
+}
+
+// Reads a text into a copy of the current timecode.
+bool QKSMPTETimecodeFormatDeputy::parse(Ref<Object>* object, std::string_view string,
+                                        const QKTimecodeFormatter& formatter, std::string* error, Rule rule) const {
   Ref<Object> current = formatter.currentTimecode();
-  if (setToUsualLabel(current.get(), string)) {
-    if (object) *object = std::move(current);
-    return true;
-  }
-  EntryWriter writer(current.get());
+  if (!setToUsualLabel(current.get(), string) && !(this->*rule)(current.get(), string, error)) return false;
+  if (object) *object = std::move(current);
+  return true;
+}
+
+bool QKSMPTETimecodeFormatDeputy::discardUpper(Object* current, std::string_view string, std::string* error) const {
+  EntryWriter writer(current);
   if (!writer.value()) return detail::fail(error, detail::kObjectDoesNotConform);
   Entry entry;
-  if (!scanEntry(&entry, string, 5, current.get())) return detail::fail(error, detail::kIllegalCharacters);
+  if (!scanEntry(&entry, string, 5, current)) return detail::fail(error, detail::kIllegalCharacters);
 
   TypedFields typed;
   typed.subframes = 0;
@@ -191,32 +199,23 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValueDiscardingUpper(Ref<Object>* obj
   writer.value()->setIsNegative(false);
   if (has24HourRollover_) typed.hours = saturatingAdd(typed.hours, writer.hoursOfWholeDays());
   writer.write(typed);
-  if (object) *object = std::move(current);
   return true;
 }
 
-bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* object, std::string_view string,
-                                                                const QKTimecodeFormatter& formatter,
-                                                                std::string* error) const {
-  Ref<Object> current = formatter.currentTimecode();
-  if (setToUsualLabel(current.get(), string)) {
-    if (object) *object = std::move(current);
-    return true;
-  }
-  EntryWriter writer(current.get());
+bool QKSMPTETimecodeFormatDeputy::preserveUpper(Object* current, std::string_view string, std::string* error) const {
+  EntryWriter writer(current);
   QKSMPTETimecode* value = writer.value();
   if (!value) return detail::fail(error, detail::kObjectDoesNotConform);
   if (!showsLowerField()) writer.clearSubframes();
   if (string.empty()) {
     value->setIsNegative(false);
-    if (object) *object = std::move(current);
     return true;
   }
   std::string_view unsignedString;
   std::int64_t sign = 0;
   Entry entry;
   if (!trimSignFromString(string, &unsignedString, &sign, nullptr) ||
-      !scanEntry(&entry, unsignedString, privateMaximumCurrentFields(), current.get())) {
+      !scanEntry(&entry, unsignedString, privateMaximumCurrentFields(), current)) {
     return detail::fail(error, detail::kIllegalCharacters);
   }
 
@@ -244,23 +243,33 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* obj
     const auto change = sign > 0 ? &QKSMPTETimecode::addSMPTEHours : &QKSMPTETimecode::subtractSMPTEHours;
     (value->*change)(typed.hours, typed.minutes, typed.seconds, typed.frames, typed.subframes, typed.quarterFrames);
   }
-  if (object) *object = std::move(current);
   return true;
 }
 
 // Takes a label of four pairs of digits over a value of this library's own: the usual entry, which both rules read alike.
 bool QKSMPTETimecodeFormatDeputy::setToUsualLabel(Object* object, std::string_view string) const {
-  std::int64_t fields[4];
-  if (!displaysHours_ || showsLowerField() || detail::scanPairs(string, fields, 4, separatorSet(false)) != 4)
-    return false;
-  auto* timecode = detail::ownTimecode(object);
-  return timecode && timecode->setUsualLabel({fields[0], fields[1], fields[2], fields[3], 0});
+  if (string.size() != 11 || !displaysHours_ || showsLowerField()) return false;
+  const auto isSeparator = [&](std::size_t i) {
+    return string[i] == ':' || string[i] == ';' || string[i] == '.' || string[i] == ',';
+  };
+  if (!isSeparator(2) || !isSeparator(5) || !isSeparator(8)) return false;
+  bool areDigits = true;
+  const auto pairAt = [&](std::size_t i) {
+    const auto tens = static_cast<unsigned>(string[i] - '0'), ones = static_cast<unsigned>(string[i + 1] - '0');
+    areDigits = areDigits && tens <= 9 && ones <= 9;
+    return static_cast<std::int64_t>(tens * 10 + ones);
+  };
+  const SMPTEFieldSet label{pairAt(0), pairAt(3), pairAt(6), pairAt(9), 0};
+  auto* timecode = areDigits ? detail::ownTimecode(object) : nullptr;
+  return timecode && timecode->setUsualLabel(label);
 }
 
 // Scans a string, with separators put into one that is a bare run of digits.
 bool QKSMPTETimecodeFormatDeputy::scanEntry(Entry* entry, std::string_view string, std::int64_t capacity,
                                             Object* timecode) const {
-  const CharacterSet& separators = separatorSet(displaysQuarterFrames());
+  static const CharacterSet& withoutSlash = *new CharacterSet(",.;:");
+  static const CharacterSet& withSlash = *new CharacterSet(",.;:/");
+  const CharacterSet& separators = displaysQuarterFrames() ? withSlash : withoutSlash;
   if (!privateScanStringIntoFieldArray(string, entry->fields, capacity, &entry->count, separators)) return false;
   std::string separated;
   if (entry->count == 1) {

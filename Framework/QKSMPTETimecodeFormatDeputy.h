@@ -128,7 +128,14 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
 
  private:
   struct Entry;
+  // Reads a text into the value given.
+  using Rule = bool (QKSMPTETimecodeFormatDeputy::*)(Object* current, std::string_view string,
+                                                     std::string* error) const;
 
+  bool parse(Ref<Object>* object, std::string_view string, const QKTimecodeFormatter& formatter, std::string* error,
+             Rule rule) const;
+  bool discardUpper(Object* current, std::string_view string, std::string* error) const;
+  bool preserveUpper(Object* current, std::string_view string, std::string* error) const;
   bool setToUsualLabel(Object* object, std::string_view string) const;
   bool scanEntry(Entry* entry, std::string_view string, std::int64_t capacity, Object* timecode) const;
   bool showsLowerField() const { return displaysSubframes() || displaysQuarterFrames(); }

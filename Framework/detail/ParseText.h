@@ -42,21 +42,4 @@ inline void takeWhitespace(std::string_view& text) {
   takeCharacters(text, CharacterSet::whitespace());
 }
 
-// Takes a text of nothing but pairs of digits with one separator between them, as labels mostly are: how many pairs; 0,
-// with the fields of no meaning, for any other text.
-inline std::int64_t scanPairs(std::string_view text, std::int64_t* fields, std::int64_t capacity,
-                              const CharacterSet& separators) {
-  const auto count = static_cast<std::int64_t>(text.size() / 3) + 1;
-  if (text.size() % 3 != 2 || count > capacity) return 0;
-  const char* const end = text.data() + text.size();
-  for (const char* pair = text.data();; pair += 3) {
-    const auto tens = static_cast<unsigned>(pair[0] - '0'), ones = static_cast<unsigned>(pair[1] - '0');
-    if (tens > 9 || ones > 9) return 0;
-    *fields++ = static_cast<std::int64_t>(tens * 10 + ones);
-    if (pair + 2 == end) return count;
-    const auto separator = static_cast<unsigned char>(pair[2]);
-    if (separator >= 0x80 || !separators.contains(separator)) return 0;
-  }
-}
-
 }  // namespace quill::inline v0::detail
