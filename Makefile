@@ -3,7 +3,7 @@
 SHELL := bash
 .SHELLFLAGS := -eu -o pipefail -c
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench vectors install coverage fuzz ci tidy format format-check clean
+.PHONY: help demo test bench instructions instructions-baseline vectors install coverage fuzz ci tidy format format-check clean
 
 PACKAGES := g++ cmake ninja-build libgtest-dev locales
 INSTALL := @./cmake/install-packages.sh
@@ -24,6 +24,8 @@ help:
 	@echo "make demo          a timecode field to type in; without a terminal, a few entries and its answers"
 	@echo "make test          builds the library, the tests and the examples, and runs all tests"
 	@echo "make bench         runs the benchmarks of Docs/performance.md and prints their table"
+	@echo "make instructions  counts the instructions of each operation and compares them with Benchmarks/instructions.txt;"
+	@echo "                   make instructions-baseline writes that file"
 	@echo "make vectors       writes the test vectors of Docs/vectors.md into Vectors/, and long ones into build/vectors"
 	@echo "make install       installs the library below PREFIX (/usr/local) and DESTDIR; SHARED=1 for a shared one"
 	@echo "make coverage      runs the tests and says which lines of the library they reach"
@@ -48,11 +50,24 @@ test:
 	cmake --build --preset gcc-release
 	ctest --preset gcc-release
 
+BENCHMARKS := $(BUILD)/Benchmarks/QuillBenchmarks
+define BUILD_BENCHMARKS
+$(INSTALL) $(PACKAGES) libbenchmark-dev pkgconf libavutil-dev libgstreamer-plugins-base1.0-dev valgrind
+cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
+cmake --build --preset gcc-release --target QuillBenchmarks
+endef
+
 bench:
-	$(INSTALL) $(PACKAGES) libbenchmark-dev pkgconf libavutil-dev libgstreamer-plugins-base1.0-dev
-	cmake --preset gcc-release -DQUILL_BENCHMARKS=ON $(CONFIGURE_FLAGS)
-	cmake --build --preset gcc-release --target QuillBenchmarks
-	$(BUILD)/Benchmarks/QuillBenchmarks $(BENCH_FLAGS)
+	$(BUILD_BENCHMARKS)
+	$(BENCHMARKS) $(BENCH_FLAGS)
+
+instructions:
+	$(BUILD_BENCHMARKS)
+	Benchmarks/instructions.sh $(BENCHMARKS) Benchmarks/instructions.txt
+
+instructions-baseline:
+	$(BUILD_BENCHMARKS)
+	Benchmarks/instructions.sh $(BENCHMARKS) Benchmarks/instructions.txt update
 
 vectors:
 	$(INSTALL) $(PACKAGES)

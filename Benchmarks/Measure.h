@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,9 +85,31 @@ auto over(At at, Operation operation, std::size_t count = kInputs) {
 // In the order of the table.
 inline std::vector<std::string> rowNames;
 
+// What `--instructions` counts of the library: an operation on some inputs, run once before for what is made on first use.
+struct Counted {
+  static constexpr std::size_t kMostTimes = 512;
+  std::string row;
+  std::size_t times;
+  std::function<std::function<void()>()> make;
+};
+inline std::vector<Counted> countedOperations;
+
+template <class Make>
+Counted counted(std::string_view row, Make make, std::size_t times) {
+  return {std::string(row), times, [=]() -> std::function<void()> {
+            return [times, operation = make()]() mutable {
+              for (std::size_t i = 0; i < times; ++i) {
+                auto result = operation(i);
+                benchmark::DoNotOptimize(result);
+              }
+            };
+          }};
+}
+
 template <class Make>
 benchmark::internal::Benchmark* measure(std::string_view row, Who who, Make make, std::size_t count = kInputs) {
   if (std::find(rowNames.begin(), rowNames.end(), row) == rowNames.end()) rowNames.emplace_back(row);
+  if (who == kLibrary) countedOperations.push_back(counted(row, make, std::min(count, Counted::kMostTimes)));
   return benchmark::RegisterBenchmark(measurementName(row, who).c_str(), [=](benchmark::State& state) {
     auto operation = make();
     std::uint64_t answer = 0;

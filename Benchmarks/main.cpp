@@ -1,6 +1,6 @@
 // Runs the benchmarks, repetitions of all of them in random order, so that a busy machine is fair to each, and prints one
 // table of medians. Fails where an operation takes more from the heap than it may, and where two measurements of a row
-// answer differently; a ratio above its limit is marked with "!".
+// answer differently; a ratio above its limit is marked with "!". With --instructions it is what instructions.sh counts.
 
 #include "Measure.h"
 
@@ -11,6 +11,12 @@
 #include <limits>
 #include <map>
 #include <new>
+
+#if __has_include(<valgrind/callgrind.h>) && defined(__GLIBC__)
+#include <gnu/libc-version.h>
+#include <valgrind/callgrind.h>
+#define QUILL_CALLGRIND
+#endif
 
 namespace bench {
 
@@ -125,6 +131,25 @@ class Table : public benchmark::BenchmarkReporter {
   bool failed_ = false;
 };
 
+// For callgrind, which writes a profile after each operation, named by it. The first line says what the counts hold for.
+int countInstructions() {
+#ifdef QUILL_CALLGRIND
+  std::printf("%s, glibc %s, %d bits\n", QUILL_BENCHMARK_BUILD, gnu_get_libc_version(), int{8 * sizeof(void*)});
+  for (const Counted& operation : countedOperations) {
+    const std::string name = std::to_string(operation.times) + ' ' + operation.row;
+    const auto run = operation.make();
+    run();
+    CALLGRIND_ZERO_STATS;
+    run();
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
+  }
+  return 0;
+#else
+  std::fputs("Built without valgrind/callgrind.h, or with another C library than glibc.\n", stderr);
+  return 1;
+#endif
+}
+
 }  // namespace
 }  // namespace bench
 
@@ -139,6 +164,8 @@ class Table : public benchmark::BenchmarkReporter {
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 int main(int argc, char** argv) {
+  const bool isCounting = argc == 2 && std::string_view(argv[1]) == "--instructions";
+  if (isCounting) argc = 1;
   // What is given later counts.
   std::string defaults[] = {"--benchmark_repetitions=25", "--benchmark_min_time=0.01",
                             "--benchmark_enable_random_interleaving=true"};
@@ -151,6 +178,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
 
   bench::measureLibraryAndFloor();
+  if (isCounting) return bench::countInstructions();
   bench::measurePeers();
   bench::Table table;
   benchmark::RunSpecifiedBenchmarks(&table);
