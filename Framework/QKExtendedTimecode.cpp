@@ -184,13 +184,12 @@ double QKExtendedTimecode::unsignedTime() const {
   return useSeconds() ? number.doubleValue() : static_cast<double>(number.uint64Value());
 }
 
-MusicalPosition QKExtendedTimecode::musicalPosition() {
-  const MusicalGrid units = grid();
+MusicalPosition QKExtendedTimecode::musicalPosition(const MusicalGrid& units) const {
   return musicalPositionAtTime(units, unsignedTime());
 }
 
-void QKExtendedTimecode::setMusicalPosition(const MusicalPosition& position) {
-  setTimecodeNumberValue(boxedTime(timeOf(grid(), position)));
+void QKExtendedTimecode::setMusicalPosition(const MusicalGrid& units, const MusicalPosition& position) {
+  setTimecodeNumberValue(boxedTime(timeOf(units, position)));
 }
 
 void QKExtendedTimecode::privateGetZeroBaseBars(std::int64_t* bars, double* beats) {
@@ -202,7 +201,7 @@ void QKExtendedTimecode::privateGetZeroBaseBars(std::int64_t* bars, double* beat
 
 void QKExtendedTimecode::privateGetZeroBaseBars(std::int64_t* bars, std::int64_t* beats, std::int64_t* divisions,
                                                 std::int64_t* ticks, Number* remainingTime) {
-  const MusicalPosition position = musicalPosition();
+  const MusicalPosition position = musicalPosition(grid());
   if (bars) *bars = position.bars;
   if (beats) *beats = position.beats;
   if (divisions) *divisions = position.divisions;
@@ -228,7 +227,7 @@ void QKExtendedTimecode::getBars(std::int64_t* bars, std::int64_t* beats, std::i
           "ERROR: Can't get bars-beats-divisions-ticks with non-numeric internal time. Setting all to zero.")) {
     return zero({bars, beats, divisions, ticks});
   }
-  MusicalPosition position = musicalPosition();
+  MusicalPosition position = musicalPosition(grid());
   if (isNegative()) position = mirroredPosition(position, timeSignatureNumerator_, wholeNote());
   if (bars) *bars = position.bars;
   if (beats) *beats = saturatingAdd(position.beats, 1);
@@ -260,9 +259,10 @@ void QKExtendedTimecode::setBars(std::int64_t bars) {
 void QKExtendedTimecode::setIntegerBeats(std::int64_t beats) {
   if (beats < 1) raise(__LINE__, "-[QKExtendedTimecode setIntegerBeats:] beats must be > 0");
   if (refusesNonNumeric("ERROR: Can't set beats with non-numeric internal time. Timecode unchanged.")) return;
-  MusicalPosition position = musicalPosition();
+  const MusicalGrid units = grid();
+  MusicalPosition position = musicalPosition(units);
   position.beats = saturatingAdd(beats, -1);
-  setMusicalPosition(position);
+  setMusicalPosition(units, position);
 }
 
 void QKExtendedTimecode::setDoubleBeats(double beats) {
@@ -276,17 +276,19 @@ void QKExtendedTimecode::setDoubleBeats(double beats) {
 void QKExtendedTimecode::setDivisions(std::int64_t divisions) {
   if (divisions < 1) raise(__LINE__, "-[QKExtendedTimecode setDivisions:] divisions must be > 0");
   if (refusesNonNumeric("ERROR: Can't set divisions with non-numeric internal time. Timecode unchanged.")) return;
-  MusicalPosition position = musicalPosition();
+  const MusicalGrid units = grid();
+  MusicalPosition position = musicalPosition(units);
   position.divisions = saturatingAdd(divisions, -1);
-  setMusicalPosition(position);
+  setMusicalPosition(units, position);
 }
 
 void QKExtendedTimecode::setTicks(std::int64_t ticks) {
   if (ticks < 0) raise(__LINE__, "-[QKExtendedTimecode setTicks:] ticks must be >= 0");
   if (refusesNonNumeric("ERROR: Can't set ticks with non-numeric internal time. Timecode unchanged.")) return;
-  MusicalPosition position = musicalPosition();
+  const MusicalGrid units = grid();
+  MusicalPosition position = musicalPosition(units);
   position.ticks = ticks;
-  setMusicalPosition(position);
+  setMusicalPosition(units, position);
 }
 
 void QKExtendedTimecode::addBars(std::int64_t bars, std::int64_t beats, std::int64_t divisions, std::int64_t ticks) {

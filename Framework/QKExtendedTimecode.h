@@ -188,8 +188,8 @@ class QUILL_EXPORT QKExtendedTimecode : public QKTimecode, public QKMeasuredTime
   WholeNote wholeNote() const;
   MusicalGrid grid();
   double unsignedTime() const;
-  MusicalPosition musicalPosition();
-  void setMusicalPosition(const MusicalPosition& position);
+  MusicalPosition musicalPosition(const MusicalGrid& units) const;
+  void setMusicalPosition(const MusicalGrid& units, const MusicalPosition& position);
   void privateAddFeet(std::int64_t feet, std::int64_t frames, std::int64_t quarterFrames, bool isNegativeDelta);
 
   // ---- Storage ----

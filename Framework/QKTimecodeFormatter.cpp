@@ -306,30 +306,24 @@ std::optional<std::string> QKTimecodeFormatter::stringForObjectValue(Object* obj
   return deputy->stringForObjectValue(object, *this);
 }
 
-// Asked only where there is a symbol.
-bool QKTimecodeFormatter::isNilSymbol(std::string_view text) const {
+// Asked only where there is a symbol: one set, or the deputy's.
+bool QKTimecodeFormatter::isNilSymbol(std::string_view text, const QKFormatDeputy* deputy) const {
   if (nilSymbol_) return text == *nilSymbol_;
-  const QKFormatDeputy& deputy = *activeDeputy();
   constexpr char kDash = *"\u2014";  // its first byte: those of this library's own deputies begin with it
-  if (!text.starts_with(kDash) && isOwnDeputy(deputy)) return false;
-  return text == deputy.defaultNilSymbol();
-}
-
-// Whether the current timecode is, of all things, the symbol.
-bool QKTimecodeFormatter::isNilSymbol(const Object* object) const {
-  const auto* text = classCast<TextObject>(object);
-  return text && isNilSymbol(text->text());
+  if (!text.starts_with(kDash) && isOwnDeputy(*deputy)) return false;
+  return text == deputy->defaultNilSymbol();
 }
 
 bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
   const QKFormatDeputy* deputy = activeDeputy();
   bool isTimecode = conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol);
   if (nilSymbol_ || deputy) {
-    if (isNilSymbol(string)) {
+    if (isNilSymbol(string, deputy)) {
       if (object) object->reset();
       return true;
     }
-    if (!isTimecode && (!currentTimecode_ || isNilSymbol(currentTimecode_.get()))) {
+    const auto* text = isTimecode ? nullptr : classCast<TextObject>(currentTimecode_.get());
+    if (!currentTimecode_ || (text && isNilSymbol(text->text(), deputy))) {
       currentTimecode_ = defaultObjectPrototype();
       isTimecode = conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol);
     }

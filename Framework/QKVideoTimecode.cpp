@@ -75,6 +75,11 @@ WholeAndRest divideByFrameTime(std::uint64_t ticks, std::uint64_t frameTime) {
   return {ticks / frameTime, ticks % frameTime};
 }
 
+// Of ticks at the rate of a fixed mode, as magnitudes.
+WholeAndRest framesAndRest(const TimecodeModeRow& row, std::int64_t ticks) {
+  return divideByFrameTime(magnitudeOf(ticks), static_cast<std::uint64_t>(row.ticksPerFrame()));
+}
+
 // Whether a few frames more or less stay within 64 bits of ticks.
 constexpr bool isFarFromEnds(std::int64_t ticks) {
   constexpr std::int64_t kEnd = std::int64_t{1} << 62;
@@ -734,8 +739,7 @@ bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double f
 bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
   const auto* row = rowAtBest();
   if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(*row, label)) return false;
-  const auto [frames, rest] =
-      divideByFrameTime(magnitudeOf(time_.value), static_cast<std::uint64_t>(row->ticksPerFrame()));
+  const auto [frames, rest] = framesAndRest(*row, time_.value);
   if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * SMPTECounting::ofMode(mode_)->framesPerHour)) return false;
   time_.value = ticksOfUsualLabel(*row, label);
   return true;
@@ -743,7 +747,7 @@ bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
 
 bool QKVideoTimecode::standsOnFrame() const {
   const auto* row = rowAtBest();
-  return row && divideByFrameTime(magnitudeOf(time_.value), static_cast<std::uint64_t>(row->ticksPerFrame())).rest == 0;
+  return row && framesAndRest(*row, time_.value).rest == 0;
 }
 
 // Moves by frames within a minute, where labels and frames run alike. Whether it did: not for a value between frames,
@@ -1075,6 +1079,9 @@ std::int64_t QKVideoTimecode::privateWholeVideoFrames() const {
 
 double QKVideoTimecode::privateVideoFramesFractionalPart() const {
   if (!isNumeric()) return 0;
+  if (const auto* row = rowAtBest()) {
+    return static_cast<double>(framesAndRest(*row, time_.value).rest) / static_cast<double>(row->ticksPerFrame());
+  }
   FrameScale storage;
   const FrameScale& scale = frameScale(storage);
   if (!flags_.useSeconds && scale.wholeFrameTime != 0) {
@@ -1155,6 +1162,8 @@ std::uint64_t QKVideoTimecode::frameMagnitude(double (*nearest)(double)) const {
 }
 
 std::uint64_t QKVideoTimecode::videoFrames() {
+  if (const auto* row = rowAtBest(); row && row->kind != TimecodeModeKind::Duration)
+    return framesAndRest(*row, time_.value).whole;
   if (refusesNonNumeric("ERROR: Can't calculate video frames with non-numeric time. Returning 0")) return 0;
   requireVideoFrames("-[QKVideoTimecode videoFrames]", 2174);
   _normalizeTimeScaleForFrameRateIfNecessary();
