@@ -47,14 +47,6 @@ class EntryWriter {
     return hours / 24 * 24;
   }
 
-  void clearSubframes() {
-    std::int64_t subframes = subframesFromFraction(now_.fraction);
-    if (!timecode_) value_->getSMPTEHours(nullptr, nullptr, nullptr, nullptr, &subframes, nullptr);
-    if (subframes == 0) return;
-    value_->setSMPTESubframes(0);
-    now_.fraction = 0;
-  }
-
   void write(const TypedFields& typed) {
     if (timecode_ && typed.subframes < kSubframesPerFrame && typed.quarterFrames < kQuarterFramesPerFrame) {
       const auto orNow = [](std::int64_t field, std::int64_t now) { return isTyped(field) ? field : now; };
@@ -80,7 +72,13 @@ class EntryWriter {
   SMPTEPosition now_;          // of timecode_
 };
 
-// A value of this library's own that has no subframes to keep.
+void clearSubframes(QKSMPTETimecode& value) {
+  std::int64_t subframes = 0;
+  value.getSMPTEHours(nullptr, nullptr, nullptr, nullptr, &subframes, nullptr);
+  if (subframes != 0) value.setSMPTESubframes(0);
+}
+
+// A value of this library's own that has no subframes.
 bool standsOnFrame(Object* object) {
   const auto* timecode = detail::ownTimecode(object);
   return timecode && timecode->standsOnFrame();
@@ -171,7 +169,7 @@ bool QKSMPTETimecodeFormatDeputy::getObjectValuePreservingUpper(Ref<Object>* obj
 bool QKSMPTETimecodeFormatDeputy::parse(Ref<Object>* object, std::string_view string,
                                         const QKTimecodeFormatter& formatter, std::string* error, Rule rule) const {
   Ref<Object> current = formatter.currentTimecode();
-  if (!setToUsualLabel(current.get(), string) && !(this->*rule)(current.get(), string, error)) return false;
+  if (!(this->*rule)(current.get(), string, error)) return false;
   if (object) *object = std::move(current);
   return true;
 }
@@ -203,10 +201,9 @@ bool QKSMPTETimecodeFormatDeputy::discardUpper(Object* current, std::string_view
 }
 
 bool QKSMPTETimecodeFormatDeputy::preserveUpper(Object* current, std::string_view string, std::string* error) const {
-  EntryWriter writer(current);
-  QKSMPTETimecode* value = writer.value();
+  auto* value = protocolCast<QKSMPTETimecode>(current);
   if (!value) return detail::fail(error, detail::kObjectDoesNotConform);
-  if (!showsLowerField()) writer.clearSubframes();
+  if (!showsLowerField() && !standsOnFrame(current)) clearSubframes(*value);
   if (string.empty()) {
     value->setIsNegative(false);
     return true;
@@ -234,6 +231,7 @@ bool QKSMPTETimecodeFormatDeputy::preserveUpper(Object* current, std::string_vie
   if (displaysHours_) typed.hours = entry.takeOr(none);
 
   if (sign == 0) {
+    EntryWriter writer(current);
     value->setIsNegative(false);
     if (isTyped(typed.hours) && has24HourRollover_) {
       typed.hours = saturatingAdd(typed.hours, writer.hoursOfWholeDays());
@@ -246,8 +244,7 @@ bool QKSMPTETimecodeFormatDeputy::preserveUpper(Object* current, std::string_vie
   return true;
 }
 
-// Takes a label of four pairs of digits over a value of this library's own: the usual entry, which both rules read alike.
-bool QKSMPTETimecodeFormatDeputy::setToUsualLabel(Object* object, std::string_view string) const {
+bool QKSMPTETimecodeFormatDeputy::readUsualLabel(SMPTEFieldSet* label, std::string_view string) const {
   if (string.size() != 11 || !displaysHours_ || showsLowerField()) return false;
   const auto isSeparator = [&](std::size_t i) {
     return string[i] == ':' || string[i] == ';' || string[i] == '.' || string[i] == ',';
@@ -259,9 +256,8 @@ bool QKSMPTETimecodeFormatDeputy::setToUsualLabel(Object* object, std::string_vi
     areDigits = areDigits && tens <= 9 && ones <= 9;
     return static_cast<std::int64_t>(tens * 10 + ones);
   };
-  const SMPTEFieldSet label{pairAt(0), pairAt(3), pairAt(6), pairAt(9), 0};
-  auto* timecode = areDigits ? detail::ownTimecode(object) : nullptr;
-  return timecode && timecode->setUsualLabel(label);
+  *label = {pairAt(0), pairAt(3), pairAt(6), pairAt(9), 0};
+  return areDigits;
 }
 
 // Scans a string, with separators put into one that is a bare run of digits.

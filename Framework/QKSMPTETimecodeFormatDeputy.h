@@ -11,6 +11,7 @@
 #pragma once
 
 #include "QKFormatDeputy.h"
+#include "SMPTEArithmetic.h"
 
 namespace quill::inline v0 {
 
@@ -109,6 +110,12 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
   explicit QKSMPTETimecodeFormatDeputy(KeyedCoder& coder);
   void encodeWithCoder(KeyedCoder& coder) const override;
 
+  // ---- For the formatter ----
+
+  // Reads "01:02:03;04", four pairs of digits that both rules read as hours, minutes, seconds and frames. False for any
+  // other text, and where other fields are shown.
+  bool readUsualLabel(SMPTEFieldSet* label, std::string_view string) const;
+
  protected:
   // ---- For subclasses ----
 
@@ -136,7 +143,6 @@ class QUILL_EXPORT QKSMPTETimecodeFormatDeputy : public QKFormatDeputy {
              Rule rule) const;
   bool discardUpper(Object* current, std::string_view string, std::string* error) const;
   bool preserveUpper(Object* current, std::string_view string, std::string* error) const;
-  bool setToUsualLabel(Object* object, std::string_view string) const;
   bool scanEntry(Entry* entry, std::string_view string, std::int64_t capacity, Object* timecode) const;
   bool showsLowerField() const { return displaysSubframes() || displaysQuarterFrames(); }
 

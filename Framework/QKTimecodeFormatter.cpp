@@ -314,7 +314,27 @@ bool QKTimecodeFormatter::isNilSymbol(std::string_view text, const QKFormatDeput
   return text == deputy->defaultNilSymbol();
 }
 
+// A whole label typed over a value of this library's own, where no bound, symbol or rule steps in: what parsing comes to,
+// without its steps. Null for anything else.
+Ref<Object> QKTimecodeFormatter::valueOfUsualLabel(std::string_view string) const {
+  const bool isPlain = format_ == QKTimecodeFormatSMPTE && !nilSymbol_ && !minimumTimecode_ && !maximumTimecode_ &&
+                       (SMPTEStringInterpretation_ == OrbSMPTEStringInterpretationPreservingUpper ||
+                        SMPTEStringInterpretation_ == OrbSMPTEStringInterpretationDiscardingUpper);
+  const QKFormatDeputy* deputy = isPlain ? activeDeputy() : nullptr;
+  SMPTEFieldSet label;
+  if (!deputy || &typeid(*deputy) != &typeid(QKSMPTETimecodeFormatDeputy) ||
+      !static_cast<const QKSMPTETimecodeFormatDeputy*>(deputy)->readUsualLabel(&label, string)) {
+    return nullptr;
+  }
+  const auto* current = detail::ownTimecode(currentTimecode_.get());
+  return current ? current->copyAtUsualLabel(label) : nullptr;
+}
+
 bool QKTimecodeFormatter::getObjectValue(Ref<Object>* object, std::string_view string, std::string* error) {
+  if (Ref<Object> value = valueOfUsualLabel(string)) {
+    if (object) *object = std::move(value);
+    return true;
+  }
   const QKFormatDeputy* deputy = activeDeputy();
   bool isTimecode = conformsTo(currentTimecode_.get(), QKBasicTimecode::protocol);
   if (nilSymbol_ || deputy) {

@@ -262,6 +262,7 @@ class QUILL_EXPORT QKTimecodeFormatter : public Formatter {
   QKFormatDeputy* deputyServing(Object* object) const;
   // The active deputy where it can serve the object and shows the segment, else null.
   QKFormatDeputy* deputyShowing(std::int64_t tag, Object* object) const;
+  Ref<Object> valueOfUsualLabel(std::string_view string) const;
   bool isNilSymbol(std::string_view text, const QKFormatDeputy* deputy) const;
   std::uint64_t nilSymbolLength() const;
   void setBound(Ref<Object>* bound, const Ref<Object>& otherBound, int clampedSide, Object* object);

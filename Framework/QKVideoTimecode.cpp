@@ -736,18 +736,21 @@ bool QKVideoTimecode::setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double f
   return true;
 }
 
-bool QKVideoTimecode::setUsualLabel(const SMPTEFieldSet& label) {
+Ref<Object> QKVideoTimecode::copyAtUsualLabel(const SMPTEFieldSet& label) const {
   const auto* row = rowAtBest();
-  if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(*row, label)) return false;
+  if (!row || row->kind == TimecodeModeKind::Duration || !hasUsualFields(*row, label)) return nullptr;
   const auto [frames, rest] = framesAndRest(*row, time_.value);
-  if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * SMPTECounting::ofMode(mode_)->framesPerHour)) return false;
-  time_.value = ticksOfUsualLabel(*row, label);
-  return true;
+  if (rest != 0 || frames >= static_cast<std::uint64_t>(24 * SMPTECounting::ofMode(mode_)->framesPerHour))
+    return nullptr;
+  Ref<Object> result = copy();
+  static_cast<QKVideoTimecode&>(*result).time_.value = ticksOfUsualLabel(*row, label);
+  return result;
 }
 
 bool QKVideoTimecode::standsOnFrame() const {
   const auto* row = rowAtBest();
-  return row && framesAndRest(*row, time_.value).rest == 0;
+  // In a duration mode frames begin anew with each second.
+  return row && row->kind != TimecodeModeKind::Duration && framesAndRest(*row, time_.value).rest == 0;
 }
 
 // Moves by frames within a minute, where labels and frames run alike. Whether it did: not for a value between frames,

@@ -259,10 +259,10 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   // Then writes all fields in one go, with the sign that the value has, which gives the same as the five setters one
   // after another, hours first. False, and nothing changed, for a field outside its usual range or a million hours.
   bool setSMPTEFieldsAtOnce(const SMPTEFieldSet& fields, double fractionalFrames);
-  // Makes a time that stands on a frame of its first day, at its best timescale in a fixed counting or drop-frame mode, that
-  // of another label, positive. False, and nothing changed, elsewhere or for a field outside its usual range.
-  bool setUsualLabel(const SMPTEFieldSet& label);
-  // Whether the time is that of a frame, at its best timescale in a fixed mode.
+  // A copy at another label, positive, of a time that stands on a frame of its first day, at its best timescale in a fixed
+  // counting or drop-frame mode. Null elsewhere, and for a field outside its usual range.
+  Ref<Object> copyAtUsualLabel(const SMPTEFieldSet& label) const;
+  // Whether the time is that of a frame, at its best timescale in a fixed counting or drop-frame mode.
   bool standsOnFrame() const;
   // The time as it is held, without meaning in the seconds mode.
   const MediaTime& storedTime() const { return time_; }

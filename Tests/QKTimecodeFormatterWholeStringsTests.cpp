@@ -126,5 +126,58 @@ TEST(QKTimecodeFormatterWholeStrings, PartialStringsStartWithoutWhiteSpace) {
   EXPECT_EQ(formatter.secondaryColorRange("12:34"), (Range{9223372036854775807, 0}));
 }
 
+// A class of a host's own takes every field through the setters, the library's own take whole labels at once: both come
+// to the same.
+TEST(QKTimecodeFormatterWholeStrings, ADerivedClassTakesEntriesAndStepsAsItsBaseDoes) {
+  struct Derived : QKVideoTimecode {
+    explicit Derived(const QKVideoTimecode& base) : QKVideoTimecode(base.timeValue(), base.timecodeMode()) {}
+    Ref<Object> copy() const override { return std::make_shared<Derived>(*this); }
+  };
+  Random random;
+  const ReportRecorder reports;
+  for (int round = 0; round < 20000; ++round) {
+    const auto mode = static_cast<QKSMPTETimecodeMode>(random.below(19));
+    const auto rate = static_cast<std::int32_t>(kTimecodeModeTable[mode].tickRate);
+    const std::int32_t timescales[] = {rate, rate, rate, 2 * rate, 600};
+    const std::int64_t frame = kTimecodeModeTable[mode].ticksPerFrame(),
+                       count = static_cast<std::int64_t>(random.below(5000000));
+    const std::int64_t ticks = random.flip() ? count * frame : count * 977;
+    const QKVideoTimecode own(MediaTime(random.below(4) == 0 ? -ticks : ticks, random.of(timescales)), mode);
+    QKTimecodeFormatter formatter;
+    formatter.setAllowsNegative(random.flip());
+    formatter.setSMPTEHas24HourRollover(random.flip());
+    formatter.setSMPTEDisplaysHours(random.below(4) != 0);
+    formatter.setSMPTEDisplaysSubframes(random.below(4) == 0);
+    formatter.setSMPTEDisplaysQuarterFrames(random.below(4) == 0);
+    formatter.setSMPTEStringInterpretation(
+        random.of({OrbSMPTEStringInterpretationPreservingUpper, OrbSMPTEStringInterpretationDiscardingUpper}));
+    std::string text;
+    for (std::uint64_t field = random.below(8) == 0 ? random.below(5) : 4; field > 0; --field) {
+      text +=
+          random.below(8) == 0 ? std::to_string(random.below(200)) : std::to_string(100 + random.below(60)).substr(1);
+      if (field > 1) text += random.of({':', ':', ';', '.', ','});
+    }
+    if (random.below(4) == 0) text.insert(0, 1, random.of({'+', '-', ' '}));
+    const auto tag = static_cast<std::int64_t>(random.below(6));
+    const auto step = static_cast<std::int64_t>(random.below(80)) - 40;
+    const auto outcome = [&](const Ref<QKVideoTimecode>& value) {
+      Ref<Object> entered, stepped;
+      std::string error;
+      formatter.setCurrentTimecode(value);
+      formatter.getObjectValue(&entered, text, &error);
+      if (formatter.allowsNegative() || !value->isNegative()) {
+        formatter.getObjectValueIncrementingSegmentWithTag(&stepped, tag, step, value.get());
+      }
+      const auto timeOf = [](const Ref<Object>& object) {
+        return object ? std::static_pointer_cast<QKVideoTimecode>(object)->timeValue() : MediaTime();
+      };
+      return std::tuple(timeOf(entered), error, timeOf(stepped), value->timeValue());
+    };
+    ASSERT_EQ(outcome(copyOf(own)), outcome(std::make_shared<Derived>(own)))
+        << round << ' ' << timecodeModeShortName(mode) << ' ' << own.description() << ' ' << text << ' ' << tag << ' '
+        << step;
+  }
+}
+
 }  // namespace
 }  // namespace quill
