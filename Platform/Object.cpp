@@ -38,11 +38,4 @@ std::string Object::classNameAndAddress() const {
   return text;
 }
 
-bool isKindOf(const Object& object, const ClassDescriptor& descriptor) {
-  for (const ClassDescriptor* c = &object.classDescriptor(); c; c = c->superclass) {
-    if (c == &descriptor) return true;
-  }
-  return false;
-}
-
 }  // namespace quill::inline v0

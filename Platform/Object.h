@@ -80,7 +80,11 @@ class QUILL_EXPORT Object {
 };
 
 // Whether the object's class is the one described or derives from it.
-QUILL_EXPORT bool isKindOf(const Object& object, const ClassDescriptor& descriptor);
+inline bool isKindOf(const Object& object, const ClassDescriptor& descriptor) {
+  const ClassDescriptor* c = &object.classDescriptor();
+  while (c && c != &descriptor) c = c->superclass;
+  return c != nullptr;
+}
 
 // The object as a T, or null when it is none or null. T names a class with a descriptor of its own.
 template <class T>
