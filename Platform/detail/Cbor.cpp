@@ -18,11 +18,12 @@ namespace {
 std::size_t validPrefix(std::string_view text) {
   std::size_t i = 0;
   while (i < text.size()) {
-    std::uint64_t eight = 0;  // ASCII goes by eight
-    if (text.size() - i >= sizeof eight) {
-      std::memcpy(&eight, text.data() + i, sizeof eight);
+    std::uint64_t eight = 0;  // ASCII goes by eight, the last ones with those before them
+    if (text.size() >= sizeof eight) {
+      const std::size_t from = std::min(i, text.size() - sizeof eight);
+      std::memcpy(&eight, text.data() + from, sizeof eight);
       if ((eight & 0x8080808080808080) == 0) {
-        i += sizeof eight;
+        i = from + sizeof eight;
         continue;
       }
     }
