@@ -200,11 +200,10 @@ TEST_F(Archive, NestsObjectsToABoundedDepth) {
   // Objects side by side, each of which refers to the one before: the way from the root to the first is as deep, and
   // twice as deep through numbered objects.
   for (const int count : {63, 64, 32, 33}) {
-    const auto hex = [](int n) { return std::string(1, "0123"[n / 16]) + "0123456789ABCDEF"[n % 16]; };
-    std::string root = "A2 'a' 98" + (count == 64 ? "40" : hex(count)) + markerHex("A0");
+    std::string root = "A2 'a' 98" + hexOf(count) + markerHex("A0");
     for (int i = 1; i < count; ++i)
-      root += markerHex(count > 33 ? "A1 'Next' D81D 18" : "A1 'Label' A100 D81D 18") + hex(i);
-    const std::string bytes = keyedArchiveOf(markerHex(root + "'Next' D81D 18" + (count == 64 ? "40" : hex(count))));
+      root += markerHex(count > 33 ? "A1 'Next' D81D 18" : "A1 'Label' A100 D81D 18") + hexOf(i);
+    const std::string bytes = keyedArchiveOf(markerHex(root + "'Next' D81D 18" + hexOf(count)));
     EXPECT_EQ(outcomeOf(bytes).starts_with("Marker("), count == 63 || count == 32) << count;
   }
 }

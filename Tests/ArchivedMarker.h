@@ -99,13 +99,14 @@ inline std::string repeated(std::string_view text, int count) {
   return result;
 }
 
-// Bytes of hex digits; 'a text' stands for its CBOR, of at most 23 bytes, and "a text" for its bytes.
+// Bytes of hex digits; 'a text' stands for its CBOR, of at most 255 bytes, and "a text" for its bytes.
 inline std::string bytesOf(const std::string& hex) {
   std::string bytes;
   for (std::size_t i = 0; i < hex.size(); ++i) {
     if (hex[i] == '\'' || hex[i] == '"') {
       const std::string text = hex.substr(i + 1, hex.find(hex[i], i + 1) - i - 1);
-      if (hex[i] == '\'') bytes += static_cast<char>(0x60 + text.size());
+      if (hex[i] == '\'' && text.size() > 23) bytes += '\x78';
+      if (hex[i] == '\'') bytes += static_cast<char>(text.size() + (text.size() > 23 ? 0 : 0x60));
       bytes += text;
       i += text.size() + 1;
     } else if (hex[i] != ' ') {
@@ -115,11 +116,15 @@ inline std::string bytesOf(const std::string& hex) {
   return bytes;
 }
 
-// An archive with that root object, and two versions: Chapter 9, Marker 300.
-inline std::string archiveOf(ArchiveKind kind, const std::string& rootHex) {
+// Two digits.
+inline std::string hexOf(int byte) { return {"0123456789ABCDEF"[byte / 16], "0123456789ABCDEF"[byte % 16]}; }
+
+// An archive with that root object and these versions of classes.
+inline std::string archiveOf(ArchiveKind kind, const std::string& rootHex,
+                             const std::string& versions = "A2 'Chapter' 09 'Marker' 19012C") {
   return bytesOf("D9D9F7 A5 'format' 'QuillFoundation archive' 'version' 01 'kind'" +
-                 std::string(kind == ArchiveKind::Keyed ? "'keyed'" : "'sequential'") +
-                 "'classes' A2 'Chapter' 09 'Marker' 19012C 'root'" + rootHex);
+                 std::string(kind == ArchiveKind::Keyed ? "'keyed'" : "'sequential'") + "'classes'" + versions +
+                 "'root'" + rootHex);
 }
 inline std::string keyedArchiveOf(const std::string& rootHex) { return archiveOf(ArchiveKind::Keyed, rootHex); }
 

@@ -1,12 +1,8 @@
 // The deputies of one notation each: runs the rows of Data/formats.txt, which says how they are written, and what only
 // single cases show. QKSMPTETimecodeFormatDeputyTests.cpp has more of that deputy.
 
-#include "../Framework/QKFFTimecodeFormatDeputy.h"
-#include "../Framework/QKHMSTimecodeFormatDeputy.h"
-#include "../Framework/QKMeasuredTimecodeFormatDeputy.h"
-#include "../Framework/QKOneDFramesTimecodeFormatDeputy.h"
-#include "../Framework/QKOneDTimeTimecodeFormatDeputy.h"
-#include "../Platform/Archive.h"
+#include "ArchivedFields.h"
+#include "ArchivedMarker.h"
 #include "DeputyField.h"
 
 #include <fstream>
@@ -156,32 +152,14 @@ TEST(FormatDeputies, TakeOnlyValuesOfTheirProtocol) {
   }
 }
 
-// An archive with another value behind a key, where both are a byte.
-std::string withValueOfKey(std::string archive, const std::string& key, char value) {
-  const std::size_t at = archive.find(key);
-  EXPECT_NE(at, std::string::npos) << key;
-  if (at != std::string::npos) archive[at + key.size()] = value;
-  return archive;
-}
-
 TEST(FormatDeputies, MistrustArchivedPlaces) {
-  QKMeasuredTimecodeFormatDeputy music;
-  music.setDisplaysDivisionsAndTicks(false), music.setBeatsDecimalPlaces(5);
-  const std::string HMS = archivedData(QKHMSTimecodeFormatDeputy(), ArchiveKind::Keyed),
-                    seconds = archivedData(QKOneDTimeTimecodeFormatDeputy(), ArchiveKind::Keyed),
-                    bars = archivedData(music, ArchiveKind::Keyed);
-  for (const char byte : {'\x26', '\x17'}) {  // CBOR: -7, 23
-    const auto readHMS = unarchived<QKHMSTimecodeFormatDeputy>(withValueOfKey(HMS, "OHTFSecondsDecimalPlaces", byte));
-    EXPECT_EQ(readHMS->secondsDecimalPlaces(), byte == '\x26' ? -7 : 23);
-    EXPECT_EQ(DeputyField(*readHMS).segments(*inTicks(1.5)),
-              byte == '\x26' ? "00|00|02" : "00|00|01|500000000000000000");
-    const auto read =
-        unarchived<QKOneDTimeTimecodeFormatDeputy>(withValueOfKey(seconds, "OTTFSecondsDecimalPlaces", byte));
-    EXPECT_EQ(DeputyField(*read).segments(*inTicks(1.5)), "1|500|000|000|000|000|000");
-    const auto readBars =
-        unarchived<QKMeasuredTimecodeFormatDeputy>(withValueOfKey(bars, "OMTFBeatsDecimalPlaces", byte));
-    EXPECT_EQ(DeputyField(*readBars).segments(*atBeat<48000>(5.25)), byte == '\x26' ? "1|2" : "1|2|250000000000000000");
-  }
+  eachRowIn("archives.txt", "places", [](const Cells& row) {
+    const std::string name = "'" + row.at(0) + "'";
+    const std::string bytes = archiveOf(ArchiveKind::Keyed, "D81C 82" + name + row.at(1), "A1" + name + "00");
+    const auto deputy = unarchivedObject(bytes, kArchivedClasses);
+    const DeputyField field(static_cast<QKFormatDeputy&>(*deputy));
+    EXPECT_EQ(fieldsOf(deputy) + ": " + field.segments(*atBeat<48000>(doubleOf(row.at(2)))), row.at(3));
+  });
 }
 
 TEST(QKHMSTimecodeFormatDeputy, KeepsTheDayOfTypedHours) {
