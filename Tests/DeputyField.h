@@ -36,11 +36,23 @@ Ref<Object> atBeat(double beats) {
   return value;
 }
 
+// Options of the SMPTE deputy by letter: hours, frames, subframes, quarter frames, 24-hour rollover.
+inline QKTimecodeFormatter SMPTEFormatterOf(std::string_view options) {
+  const auto has = [&](char letter) { return options.find(letter) != options.npos; };
+  QKTimecodeFormatter formatter;
+  formatter.setSMPTEDisplaysHours(has('h'));
+  formatter.setSMPTEDisplaysSubframes(has('s'));
+  formatter.setSMPTEDisplaysQuarterFrames(has('q'));
+  formatter.setSMPTEDisplaysFrames(has('f'));
+  formatter.setSMPTEHas24HourRollover(has('r'));
+  return formatter;
+}
+
 class DeputyField {
  public:
   explicit DeputyField(const QKFormatDeputy& deputy) : deputy_(&deputy) { formatter.setAllowsNegative(true); }
   // A deputy of a formatter, or the formatter itself; results are written as they show, or as labels.
-  DeputyField(const QKTimecodeFormatter& settings, std::optional<QKTimecodeFormat> format, bool givesLabels)
+  DeputyField(const QKTimecodeFormatter& settings, std::optional<QKTimecodeFormat> format, bool givesLabels = true)
       : formatter(settings),
         deputy_(format ? formatter.deputyForFormat(*format).get() : nullptr),
         givesLabels_(givesLabels) {}

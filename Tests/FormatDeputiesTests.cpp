@@ -63,16 +63,11 @@ class Section {
   DeputyField field(const Make& make) const {
     const std::string options = words_.size() > 2 ? words_[2] : "";
     const auto has = [&](char letter) { return options.find(letter) != std::string::npos; };
-    QKTimecodeFormatter f;
+    QKTimecodeFormatter f = SMPTEFormatterOf(options);
     f.setTimecodeFormat(has('S')   ? QKTimecodeFormatSeconds
                         : has('V') ? QKTimecodeFormatVideoFrames
                                    : f.timecodeFormat());
     f.setAllowsNegative(!is("formatter") || has('n'));
-    f.setSMPTEDisplaysHours(has('h'));
-    f.setSMPTEDisplaysSubframes(has('s'));
-    f.setSMPTEDisplaysQuarterFrames(has('q'));
-    f.setSMPTEDisplaysFrames(has('f'));
-    f.setSMPTEHas24HourRollover(has('r'));
     f.setHMSHas24HourRollover(has('r'));
     if (is("HMS")) f.setHMSSecondsDecimalPlaces(std::stoll(words_[1]));
     if (is("seconds")) f.setODTSecondsDecimalPlaces(std::stoull(words_[1]));

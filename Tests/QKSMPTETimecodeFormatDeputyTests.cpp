@@ -1,20 +1,16 @@
 // What only single cases show; the rows are in Data/formats.txt.
 
-#include "FormatterFixtures.h"
+#include "DeputyField.h"
 
 namespace quill {
 namespace {
 
-// Options by letter: hours, frames, subframes, quarter frames, 24-hour rollover.
+// With options by letter, for labels.
+DeputyField fieldOf(std::string_view options) { return {SMPTEFormatterOf(options), QKTimecodeFormatSMPTE}; }
+
 QKSMPTETimecodeFormatDeputy deputyOf(std::string_view options) {
-  const auto has = [&](char letter) { return options.find(letter) != options.npos; };
-  QKSMPTETimecodeFormatDeputy deputy;
-  deputy.setDisplaysHours(has('h'));
-  deputy.setDisplaysFrames(has('f'));
-  deputy.setDisplaysSubframes(has('s'));
-  deputy.setDisplaysQuarterFrames(has('q'));
-  deputy.setHas24HourRollover(has('r'));
-  return deputy;
+  const auto deputy = SMPTEFormatterOf(options).deputyForFormat(QKTimecodeFormatSMPTE);
+  return *classCast<QKSMPTETimecodeFormatDeputy>(deputy.get());
 }
 
 TEST(QKSMPTEDeputy, RendersOtherRatesAndValues) {
@@ -47,19 +43,6 @@ TEST(QKSMPTEDeputy, IndexesOutOfBoundsFail) {
   EXPECT_TRUE(left && !right) << "unknown tags are left alone";
 }
 
-// What an entry makes of the current timecode, or its error.
-std::string parsed(const QKSMPTETimecodeFormatDeputy& deputy, std::uint64_t interpretation, const Ref<Object>& current,
-                   std::string_view text) {
-  QKTimecodeFormatter formatter;
-  formatter.setCurrentTimecode(current);
-  formatter.setSMPTEStringInterpretation(static_cast<OrbSMPTEStringInterpretation>(interpretation));
-  Ref<Object> result;
-  std::string error;
-  const bool isParsed = deputy.getObjectValue(&result, text, formatter, &error);
-  EXPECT_EQ(deputy.getObjectValue(nullptr, text, formatter, nullptr), isParsed);
-  return isParsed ? labelOf(result) : error;
-}
-
 TEST(QKSMPTEDeputy, WritesAVideoTimecodeAsAHostsValueFieldByField) {
   const auto fields = partsOf("0 1 2 9 23 29 59 60 79 80 119 120 999 4000000000000 9223372036854775807", " ");
   Random random;
@@ -71,11 +54,9 @@ TEST(QKSMPTEDeputy, WritesAVideoTimecodeAsAHostsValueFieldByField) {
     for (std::uint64_t n = 0, more = 1 + random.below(4); n < more; ++n)
       (text += ":;./"[n == 0 ? 0 : random.below(4)]) += fields[random.below(fields.size())];
     for (const char letter : {'h', 's', 'q', 'r'}) options.append(random.below(2), letter);
-    const auto deputy = deputyOf(options);
-    const std::uint64_t interpretation = random.below(2);
-    EXPECT_EQ(parsed(deputy, interpretation, copyOf(*value), text),
-              parsed(deputy, interpretation, std::make_shared<HostTimecode>(*value), text))
-        << *value << ' ' << text;
+    DeputyField field = fieldOf(options);
+    field.formatter.setSMPTEStringInterpretation(static_cast<OrbSMPTEStringInterpretation>(random.below(2)));
+    EXPECT_EQ(field.entered(*value, text), field.entered(HostTimecode(*value), text)) << *value << ' ' << text;
   }
   EXPECT_TRUE(reports.assertions.empty()) << reports;
 }
@@ -89,8 +70,12 @@ TEST(QKSMPTEDeputy, WorksInTheSecondsModeAndRefusesUnknownInterpretations) {
   EXPECT_EQ(labelOf(result), "-0:01:10:00");
   EXPECT_TRUE(deputy.getObjectValueForSegmentWithTag(nullptr, "5", 2, &below, nullptr));
   EXPECT_EQ(labelOf(below), "-0:00:05:12.40");
-  for (const char* text : {"7", "+7"}) EXPECT_EQ(parsed(deputy, 2, ten, text), "Unknown OrbSMPTEStringInterpretation");
-  EXPECT_EQ(parsed(deputy, 2, ten, ""), "0:00:10:00");
+  DeputyField field = fieldOf("hf");
+  field.formatter.setSMPTEStringInterpretation(static_cast<OrbSMPTEStringInterpretation>(2));
+  for (const char* text : {"7", "+7"}) EXPECT_EQ(field.entered(*ten, text), "[Unknown OrbSMPTEStringInterpretation]");
+  EXPECT_EQ(field.entered(*ten, ""), "0:00:10:00");
+  EXPECT_FALSE(deputy.getObjectValue(nullptr, "7", field.formatter, nullptr));
+  EXPECT_TRUE(deputy.getObjectValue(nullptr, "", field.formatter, nullptr));
 }
 
 }  // namespace
