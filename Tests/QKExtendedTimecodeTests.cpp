@@ -2,6 +2,8 @@
 
 #include "TimecodeRows.h"
 
+#include <cmath>
+
 namespace quill {
 namespace {
 

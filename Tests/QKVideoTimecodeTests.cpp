@@ -159,18 +159,17 @@ TEST(QKVideoTimecode, RowsThatHoldForMirroredLabels) {
 }
 
 TEST(QKVideoTimecode, AnInvalidModeReportsWhatIsAskedInItsOrder) {
-  const std::pair<void (*)(V&), std::vector<int>> rows[] = {
-      {[](V& v) { v.videoFrames(); }, {2174, 1816, 1826}},
-      {[](V& v) { v.signedVideoFrames(); }, {2136, 1816, 1826}},
-      {[](V& v) { v.SMPTEFrames(); }, {1374, 1826, 2174, 1816, 1826, 1816, 1826}}};
-  for (const auto& [act, lines] : rows) {
+  const char* const table =
+      "videoFrames | 2174 1816 1826; signedVideoFrames | 2136 1816 1826; "
+      "SMPTEFrames | 1374 1826 2174 1816 1826 1816 1826";
+  eachRowOf(table, [](const Cells& row) {
     ReportRecorder reports(ReportRecorder::Returned);
     V value({2, 1}, kInvalid);
-    act(value);
-    std::vector<int> reported;
-    for (const auto& assertion : reports.assertions) reported.push_back(assertion.line);
-    EXPECT_EQ(reported, lines) << reports;
-  }
+    answerOf(kOperations, value, row.at(0));
+    Cells lines;
+    for (const auto& assertion : reports.assertions) lines.push_back(std::to_string(assertion.line));
+    EXPECT_EQ(lines, partsOf(row.at(1), " ")) << reports;
+  });
 }
 
 TEST(QKVideoTimecode, NonNumericTimesLogAndAreLeftAlone) {
