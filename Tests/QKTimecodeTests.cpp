@@ -29,7 +29,7 @@ V valueOf(const std::string& text) {
   const Cells parts = partsOf(text, " "), rates = partsOf(parts[0], "+");
   const QKSMPTETimecodeMode mode = modeNamed(rates[0]);
   const std::string& time = parts.at(1);
-  if (time.back() == 's') return V(std::stod(time), kSeconds, mode, std::stoull(rates.at(1)));
+  if (time.back() == 's') return V(doubleOf(time.substr(0, time.size() - 1)), kSeconds, mode, std::stoull(rates.at(1)));
   if (rates.size() == 1) return V(timeOf(time), mode);
   V value = audioAt(mode, std::stoull(rates[1]), rates.size() > 2 ? std::stoull(rates[2]) : 0);
   value.setStoredTime(timeOf(time));
