@@ -201,9 +201,10 @@ bool QKOneDFramesTimecodeFormatDeputy::getObjectValueForSegmentWithTag(Ref<Objec
   if (!conformsTo(object, requiredProtocol())) return detail::fail(error, detail::kValueDoesNotConform);
   std::int64_t field = 0;
   if (!detail::readSegment(*this, &field, string, tag, object, error)) return false;
-  field = massagedFieldValue(field, tag, object);
+  // Read first: a sign that is typed would leave no count of audio frames in the SMPTE 272M sequence.
   const std::int64_t unit = kUnits[tag], count = framesFromObject(object);
   const bool leads = tag >= groupsOf(count) - 1;  // so does the last tag there is
+  field = massagedFieldValue(field, tag, object);
   const bool isNegative = detail::isNegative<QKBasicTimecode>(object);
   const std::int64_t higher = leads ? 0 : count - count % kUnits[tag + 1];
   const double units = static_cast<double>(count) / static_cast<double>(unit);  // exact enough below 2^52 frames

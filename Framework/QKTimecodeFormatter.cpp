@@ -367,8 +367,9 @@ bool QKTimecodeFormatter::mayBeOutside(Object* result) const {
   const MediaTime& time = timecode->storedTime();
   if (!time.isNumeric() || time.timescale <= 0 || time.value < 0) return true;
   // Labels end at 100 hours.
-  const bool isFarBelow =
-      timecodeModeRow(timecode->timecodeMode()) && time.value < std::int64_t{99} * 3600 * time.timescale;
+  const auto* row = timecodeModeRow(timecode->timecodeMode());
+  const bool isFarBelow = row && (time.timescale == row->tickRate || time.timescale % row->tickRate == 0) &&
+                          time.value < std::int64_t{99} * 3600 * time.timescale;
   return !isFarBelow && !SMPTEHas24HourRollover();
 }
 

@@ -324,7 +324,7 @@ class QUILL_EXPORT QKVideoTimecode : public Object,
   double _doubleFrameTime() const;
   // Whole frames as a magnitude, cut, in every mode.
   std::int64_t privateWholeVideoFrames() const;
-  // The fraction of a frame past them, in [0, 1).
+  // The fraction of a frame past them, in [0, 1); what lies past 2^63 frames counts as fractions, too.
   double privateVideoFramesFractionalPart() const;
 
   // Logs the line and answers true for a time that cannot be computed with.

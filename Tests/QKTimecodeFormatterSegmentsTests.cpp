@@ -141,5 +141,17 @@ TEST(QKTimecodeFormatterSegments, AResultThatRunsOutOfRangeIsHeldAtItsEnd) {
   EXPECT_EQ(reports.logs.size(), 3u) << "the deputy's own" << reports;
 }
 
+// Text never fails an assertion, although samples of the SMPTE 272M sequence have no negative count.
+TEST(QKTimecodeFormatterSegments, TakeASignOverSamplesOfTheSequence) {
+  QKTimecodeFormatter formatter;
+  formatter.setTimecodeFormat(QKTimecodeFormatAudioFrames);
+  formatter.setAllowsNegative(true);
+  QKTimecode value(0, 2400000, k2997Drop, 48000);
+  value.setAudioFrames(5000);
+  ReportRecorder reports;
+  EXPECT_TRUE(formatter.getObjectValueForSegmentWithTag(nullptr, "-5", 1, &value, nullptr));
+  EXPECT_TRUE(value.isNegative() && reports.isQuiet());
+}
+
 }  // namespace
 }  // namespace quill
