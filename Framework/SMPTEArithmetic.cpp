@@ -66,12 +66,8 @@ constexpr SMPTEFieldSet wholeRateLabel(const SMPTECounting& counting, Word n) {
 template <std::size_t mode>
 SMPTEFieldSet labelInMode(std::uint64_t frames) {
   constexpr const SMPTECounting& counting = detail::kModeCountings[mode];
-  if constexpr (counting.whole == 0) {
-    return {};  // a duration mode counts no labels
-  } else {
-    const auto narrow = static_cast<std::uint32_t>(frames);
-    return narrow == frames ? wholeRateLabel(counting, narrow) : wholeRateLabel(counting, frames);
-  }
+  const auto narrow = static_cast<std::uint32_t>(frames);
+  return narrow == frames ? wholeRateLabel(counting, narrow) : wholeRateLabel(counting, frames);
 }
 
 // Takes the frames off the ticks and gives their label.
@@ -150,6 +146,13 @@ std::int64_t ticksInMode(const SMPTEFieldSet& label) {
   }
 }
 
+template <std::size_t mode>
+constexpr detail::ModeFunctions functionsOfMode() {
+  detail::ModeFunctions functions{nullptr, positionInMode<mode>, fieldsInMode<mode>, ticksInMode<mode>};
+  if constexpr (detail::kModeCountings[mode].whole > 0) functions.label = labelInMode<mode>;
+  return functions;
+}
+
 // Whether the minute skips labels in a drop-frame mode.
 bool dropsLabels(std::int64_t minute) { return minute % 10 != 0; }
 
@@ -157,8 +160,7 @@ bool dropsLabels(std::int64_t minute) { return minute % 10 != 0; }
 
 constinit const std::array<detail::ModeFunctions, std::size(kTimecodeModeTable)> detail::kModeFunctions =
     []<std::size_t... modes>(std::index_sequence<modes...>) {
-  return std::array<ModeFunctions, sizeof...(modes)>{
-      ModeFunctions{labelInMode<modes>, positionInMode<modes>, fieldsInMode<modes>, ticksInMode<modes>}...};
+  return std::array<ModeFunctions, sizeof...(modes)>{functionsOfMode<modes>()...};
 }
 (std::make_index_sequence<std::size(kTimecodeModeTable)>());
 

@@ -83,7 +83,7 @@ struct SMPTEPosition {
 
 namespace detail {
 struct ModeFunctions {
-  SMPTEFieldSet (*label)(std::uint64_t frames);
+  SMPTEFieldSet (*label)(std::uint64_t frames);  // null in the duration modes, which count no labels
   SMPTEPosition (*position)(std::uint64_t ticks);
   SMPTEFieldSet (*fields)(std::uint64_t ticks);
   std::int64_t (*ticks)(const SMPTEFieldSet& label);
