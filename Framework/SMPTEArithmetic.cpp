@@ -11,7 +11,6 @@
 #include "SMPTEArithmetic.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace quill::inline v0 {
