@@ -254,7 +254,7 @@ bool QKSMPTETimecodeFormatDeputy::readUsualLabel(SMPTEFieldSet* label, std::stri
   const auto pairAt = [&](std::size_t i) {
     const auto tens = static_cast<unsigned>(string[i] - '0'), ones = static_cast<unsigned>(string[i + 1] - '0');
     areDigits = areDigits && tens <= 9 && ones <= 9;
-    return static_cast<std::int64_t>(tens * 10 + ones);
+    return std::int64_t{tens} * 10 + ones;
   };
   *label = {pairAt(0), pairAt(3), pairAt(6), pairAt(9), 0};
   return areDigits;
