@@ -69,8 +69,8 @@ struct QUILL_EXPORT MediaTime {
 inline constexpr MediaTime kMediaTimeZero{0, 1};
 inline constexpr MediaTime kMediaTimeInvalid{};
 
-// value x new / old. Most products fit 64 bits; where one does not, the whole units of the old timescale go ahead, and
-// what is left of them does. Magnitudes are divided, so that rounding half away from zero is one rule for both signs.
+// value x new / old: most products fit 64 bits, none more than 95. Magnitudes are divided, so that rounding half away from
+// zero is one rule for both signs.
 constexpr MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
   constexpr std::uint64_t kHighest = 0xFFFFFFFFFFFFFFFF;
   if (!isNumeric()) return *this;
@@ -79,23 +79,35 @@ constexpr MediaTime MediaTime::convertedTo(std::int32_t newTimescale) const {
   const bool negative = (value < 0) != (timescale < 0);
   const auto bits = static_cast<std::uint64_t>(value);
   const std::uint64_t magnitude = value < 0 ? 0 - bits : bits;  // [0, 2^63]
-  const auto units = static_cast<std::int64_t>(timescale);
-  const auto divisor = static_cast<std::uint64_t>(units < 0 ? -units : units);  // [1, 2^31]
-  const auto factor = static_cast<std::uint64_t>(newTimescale);                 // [1, 2^31)
+  const auto rate = static_cast<std::int64_t>(timescale);
+  const auto divisor = static_cast<std::uint64_t>(rate < 0 ? -rate : rate);  // [1, 2^31]
+  const auto factor = static_cast<std::uint64_t>(newTimescale);              // [1, 2^31)
   const MediaTime overflow = negative ? negativeInfinity() : positiveInfinity();
 
-  std::uint64_t quotient = 0, rest = magnitude;  // rest x factor / divisor is still to come
-  if (std::bit_width(magnitude) + std::bit_width(factor) > 64) {
-    quotient = magnitude / divisor;
-    rest = magnitude % divisor;  // the product below is under 2^62
-    if (std::bit_width(quotient) + std::bit_width(factor) > 64 && quotient > kHighest / factor) return overflow;
-    quotient *= factor;
+  std::uint64_t quotient = 0, remainder = 0;
+  if (std::bit_width(magnitude) + std::bit_width(factor) <= 64) {
+    const std::uint64_t product = magnitude * factor;
+    quotient = product / divisor;
+    remainder = product % divisor;
+  } else {
+#if !defined(QUILL_NO_INT128) && defined(__SIZEOF_INT128__)
+    __extension__ using Wide = unsigned __int128;
+    const Wide product = static_cast<Wide>(magnitude) * factor;
+    if (static_cast<std::uint64_t>(product >> 64) >= divisor) return overflow;  // so that the quotient fits
+    quotient = static_cast<std::uint64_t>(product / divisor);
+    remainder = static_cast<std::uint64_t>(product) - quotient * divisor;
+#else
+    // The whole units of the old timescale go ahead; what is left of them fits.
+    const std::uint64_t units = magnitude / divisor, rest = magnitude % divisor * factor;  // rest: under 2^62
+    if (units > kHighest / factor || rest / divisor > kHighest - units * factor) return overflow;
+    quotient = units * factor + rest / divisor;
+    remainder = rest % divisor;
+#endif
   }
-  const std::uint64_t product = rest * factor, remainder = product % divisor;
-  const std::uint64_t more = product / divisor + (remainder >= divisor - remainder ? 1 : 0);
   const std::uint64_t furthest = (kHighest >> 1) + (negative ? 1 : 0);
-  if (quotient > furthest || more > furthest - quotient) return overflow;
-  quotient += more;
+  const bool roundsUp = remainder >= divisor - remainder;
+  if (quotient > furthest - (roundsUp ? 1 : 0)) return overflow;
+  if (roundsUp) ++quotient;
   return {static_cast<std::int64_t>(negative ? 0 - quotient : quotient), newTimescale,
           flags | (remainder != 0 ? kMediaTimeHasBeenRounded : 0U), epoch};
 }
